@@ -1,0 +1,91 @@
+#include "Actions/FileDelete.h"
+
+#include <windows.h>
+
+#include "Actions/DelayedMove.h"
+#include "Actions/FileCopy.h"
+#include "Actions/Redirection.h"
+#include "Common/Paths.h"
+#include "Common/Trace.h"
+#include "Installer/CWinInstallMain.h"
+
+bool DeleteOrFail(const std::string &path, bool *found_O)
+{
+    *found_O = PathExists(path);
+    if (!*found_O) {
+        SetLastError(ERROR_SUCCESS);
+        return true;
+    }
+    if (!ClearFileAttributes(path)) {
+        return false;
+    }
+    if (PathExists(path) && !DeleteFileA(path.c_str())) {
+        const DWORD error = GetLastError();
+        // Gone meanwhile is as good as deleted.
+        if (error != ERROR_FILE_NOT_FOUND && error != ERROR_PATH_NOT_FOUND && error != ERROR_BAD_PATHNAME) {
+            return false;
+        }
+    }
+    if (PathExists(path)) {
+        SetLastError(ERROR_FILE_EXISTS);
+        return false;
+    }
+    SetLastError(ERROR_SUCCESS);
+    return true;
+}
+
+bool DeleteOrFail(const std::string &path)
+{
+    bool found = false;
+    return DeleteOrFail(path, &found);
+}
+
+bool RemoveDirectoryForced(const std::string &path)
+{
+    constexpr DWORD kUnwanted = FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN;
+    if (path.empty()) {
+        SetLastError(ERROR_INVALID_PARAMETER);
+    } else {
+        const DWORD attributes = GetFileAttributesA(path.c_str());
+        if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & kUnwanted) != 0) {
+            SetFileAttributesA(path.c_str(), FILE_ATTRIBUTE_NORMAL);
+            SetLastError(ERROR_SUCCESS);
+        }
+    }
+    return RemoveDirectoryA(path.c_str()) != FALSE;
+}
+
+bool DeleteAtReboot(const std::string &path)
+{
+    trace(7, "File %s\n", path.c_str());
+    if (!PathExists(path)) {
+        trace(7, ", Missing\n");
+        return false;
+    }
+    const DWORD errorBefore = GetLastError();
+    const bool recorded = DeleteAtNextBoot(path);
+    trace(7, ", Reboot %s %i\n", YesNo(recorded), static_cast<int>(errorBefore));
+    return true;
+}
+
+// Deletes a file, now or, when it is in use, at the next start of Windows, which the run then asks for.
+// Answers true only when it was there and is gone.
+bool CWinInstallMain::DeleteFileStep(const std::string &path, bool disableRedirect)
+{
+    const STDisableRedirect redirect(disableRedirect);
+    trace(7, "File %s%s\n", path.c_str(), redirect.TraceText());
+    if (!PathExists(path)) {
+        trace(7, ", Missing\n");
+        return false;
+    }
+    const DWORD errorBefore = GetLastError();
+    if (DeleteOrFail(path)) {
+        trace(7, ", Deleted %s %i\n", YesNo(true), static_cast<int>(errorBefore));
+        return true;
+    }
+    mRebootRequired = true;
+    const DWORD errorBeforeMove = GetLastError();
+    const bool recorded = DeleteAtNextBoot(path);
+    trace(7, ", Reboot %s %i\n", YesNo(recorded), static_cast<int>(errorBeforeMove));
+    return false;
+}

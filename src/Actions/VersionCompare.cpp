@@ -1,0 +1,97 @@
+#include "Actions/VersionCompare.h"
+
+#include <windows.h>
+
+#include "Actions/Redirection.h"
+#include "Common/DriverDate.h"
+#include "Common/FileVersion.h"
+#include "Common/Handles.h"
+#include "Common/TextConversions.h"
+#include "Common/Trace.h"
+#include "Common/WinFileVersion.h"
+
+namespace {
+
+// Switches the redirection off without regard to the command and back on at the end of the scope, when it
+// could be switched off.
+class CRealFolders {
+public:
+    CRealFolders() : mDisabled(EnableWow64Redirection(false) != FALSE) {}
+    ~CRealFolders()
+    {
+        if (mDisabled) {
+            EnableWow64Redirection(true);
+        }
+    }
+    CRealFolders(const CRealFolders &) = delete;
+    CRealFolders &operator=(const CRealFolders &) = delete;
+
+    bool Disabled() const { return mDisabled; }
+
+private:
+    bool mDisabled;
+};
+
+// OpenFile is the one that also finds a bare name along the platform's search path, but it takes no full path of
+// 128 characters or more; those are opened where they stand.
+HANDLE OpenForTime(const std::string &path)
+{
+    OFSTRUCT details = {};
+    details.cBytes = sizeof details;
+    const HFILE file = OpenFile(path.c_str(), &details, OF_READ);
+    if (file != HFILE_ERROR) {
+        return reinterpret_cast<HANDLE>(static_cast<INT_PTR>(file));
+    }
+    if (GetFullPathNameA(path.c_str(), 0, nullptr, nullptr) <= OFS_MAXPATHNAME) {
+        return INVALID_HANDLE_VALUE;
+    }
+    return CreateFileA(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING, 0,
+                       nullptr);
+}
+
+bool ReadWriteTime(const std::string &path, FILETIME &time_O)
+{
+    const CHandle file(OpenForTime(path));
+    return file && GetFileTime(file.Get(), nullptr, nullptr, &time_O);
+}
+
+} // namespace
+
+// Script paths hold text of the system's code page, as those of all file steps do; the readers take UTF-8.
+bool IsFileNewer(const std::string &target, const std::string &source)
+{
+    const CRealFolders realFolders;
+    const FileVersion targetVersion = ReadProductVersion(AnsiToUtf8(target));
+    const FileVersion sourceVersion = ReadProductVersion(AnsiToUtf8(source));
+    const std::string targetText = targetVersion.ToText(FileVersion::EStyleFull);
+    const std::string sourceText = sourceVersion.ToText(FileVersion::EStyleFull);
+    trace(7, "FileVersionCompare: %s (%s) vs %s (%s), 64 %s:\n", target.c_str(), targetText.c_str(), source.c_str(),
+          sourceText.c_str(), YesNo(realFolders.Disabled()));
+    const bool newerVersion = IsNewerThan(sourceVersion, targetVersion);
+    const bool earlierTarget = IsWriteTimeEarlier(target, source);
+    const bool newer = newerVersion || earlierTarget;
+    trace(7, newer ? "%s < %s\n" : "%s > %s\n", targetText.c_str(), sourceText.c_str());
+    return newer;
+}
+
+bool IsInfNewer(const std::string &target, const std::string &source)
+{
+    const CRealFolders realFolders;
+    const DriverDate targetDate = ReadInfDriverVersion(AnsiToUtf8(target));
+    const DriverDate sourceDate = ReadInfDriverVersion(AnsiToUtf8(source));
+    const std::string targetText = FormatDriverDate(targetDate);
+    const std::string sourceText = FormatDriverDate(sourceDate);
+    trace(7, "InfVersionCompare: %s (%s) vs %s (%s), 64 %s:\n", target.c_str(), targetText.c_str(), source.c_str(),
+          sourceText.c_str(), YesNo(realFolders.Disabled()));
+    const bool newer = IsDriverDateNewer(sourceDate, targetDate);
+    trace(7, newer ? "%s < %s\n" : "%s > %s\n", targetText.c_str(), sourceText.c_str());
+    return newer;
+}
+
+bool IsWriteTimeEarlier(const std::string &first, const std::string &second)
+{
+    FILETIME firstTime;
+    FILETIME secondTime;
+    return ReadWriteTime(first, firstTime) && ReadWriteTime(second, secondTime) &&
+           CompareFileTime(&firstTime, &secondTime) < 0;
+}

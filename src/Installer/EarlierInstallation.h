@@ -1,0 +1,6 @@
+// What an earlier package may have left on the machine; see the members of CWinInstallMain for the whole checks.
+#pragma once
+
+// Whether a service of this package or of an earlier one cannot be configured, as a rule because it is marked for
+// deletion: only the next start of Windows ends that. Services that are not there do not count.
+bool IsServiceConfigDirty();
