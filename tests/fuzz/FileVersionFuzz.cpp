@@ -1,0 +1,87 @@
+// Version texts, DriverVer entries, UTF-8 and base64: whatever the bytes, reading ends, and what was read can be
+// written and read again.
+#include <cstdint>
+#include <cstdlib>
+#include <string>
+
+#include "Common/DriverDate.h"
+#include "Common/FileVersion.h"
+#include "Common/TextEncoding.h"
+#include "TraceRecorder.h"
+
+namespace {
+
+void Require(bool condition)
+{
+    if (!condition) {
+        abort();
+    }
+}
+
+void CheckVersions(const std::string &text)
+{
+    const FileVersion version(text, false);
+    Require(FileVersion(version.ToText(FileVersion::EStyleFull), false) == version);
+    Require(!IsNewerThan(version, version));
+    // Cut anywhere, the two parts are two versions with an order.
+    const FileVersion other(text.substr(text.size() / 2), true);
+    Require((IsNewerThan(version, other) != IsNewerThan(other, version)) == (version != other));
+    for (int style = -1; style <= 6; ++style) {
+        version.ToText(style);
+        FileVersion(version.ToNumber(style), style);
+    }
+}
+
+void CheckDriverVer(const std::string &text)
+{
+    try {
+        const DriverDate date = ParseDriverVer(text);
+        Require(text.empty() || date.mTime >= 0);
+        Require(FormatDriverDate(date).size() >= 18);
+        Require(!IsDriverDateNewer(date, date));
+    } catch (const CDriverDateException &refusal) {
+        Require(refusal.Code() == CDriverDateException::kOutOfBounds ||
+                refusal.Code() == CDriverDateException::kNoSuchTime);
+    }
+}
+
+void CheckUtf8(const std::string &text)
+{
+    bool allValid = true;
+    std::string written;
+    for (size_t index = 0; index < text.size();) {
+        const size_t before = index;
+        bool valid = false;
+        written += EncodeCodePoint(DecodeCodePoint(text, index, &valid));
+        allValid = allValid && valid;
+        Require(index > before && index <= text.size());
+    }
+    Require(IsValidUtf8(text) == allValid);
+    Require(IsValidUtf8(written));
+    Require((written == text) == allValid);
+}
+
+void CheckBase64(const std::string &text)
+{
+    const std::vector<uint8_t> bytes(text.begin(), text.end());
+    Require(Base64Decode(Base64Encode(bytes)) == bytes);
+    try {
+        const std::vector<uint8_t> decoded = Base64Decode(text);
+        Require(Base64Decode(Base64Encode(decoded)) == decoded);
+    } catch (const char *reason) {
+        Require(std::string(reason) == "bad char");
+    }
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
+{
+    const std::string text(reinterpret_cast<const char *>(data), size);
+    CheckVersions(text);
+    CheckDriverVer(text);
+    CheckUtf8(text);
+    CheckBase64(text);
+    TakeTraceRecords();
+    return 0;
+}

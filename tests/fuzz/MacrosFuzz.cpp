@@ -1,0 +1,72 @@
+// Foreign texts through the macro expansion, with values that are foreign, too.
+#include <cstdint>
+#include <cstdlib>
+#include <string>
+
+#include "TraceRecorder.h"
+#include "Installer/Macros.h"
+
+namespace {
+
+void Require(bool condition)
+{
+    if (!condition) {
+        abort();
+    }
+}
+
+class Values : public IMacroValues {
+public:
+    explicit Values(const std::string &value) : mValue(value) {}
+
+    std::string LocalisedString(const std::string &key, const std::string &defaultValue) override
+    {
+        Require(!key.empty() && key.find('^') == std::string::npos);
+        return key.size() % 2 == 0 ? mValue : defaultValue;
+    }
+    std::optional<std::string> Value(const std::string &upperName) override
+    {
+        Require(!upperName.empty() && upperName.find('!') == std::string::npos);
+        for (const char c : upperName) {
+            Require(c < 'a' || c > 'z');
+        }
+        return upperName.size() % 2 == 0 ? std::optional<std::string>(mValue) : std::nullopt;
+    }
+
+private:
+    std::string mValue;
+};
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
+{
+    // The first byte tells how much of the rest is the value. Short texts: values with marks make a text grow.
+    if (size == 0 || size > 512) {
+        return 0;
+    }
+    const std::string rest(reinterpret_cast<const char *>(data) + 1, size - 1);
+    const size_t cut = rest.empty() ? 0 : data[0] % rest.size();
+    const std::string value = rest.substr(0, cut);
+    const std::string text = rest.substr(cut);
+    Values values(value);
+    TakeTraceRecords();
+    const std::string hats = ExpandHats(text, values);
+    Require(TakeTraceRecords().size() <= 1);
+    if (text.find('^') == std::string::npos) {
+        Require(hats == text);
+    }
+    // A value that begins with a mark and holds itself grows without end, as its author wrote it; leave that out.
+    if (value.find('!') != std::string::npos) {
+        return 0;
+    }
+    TakeTraceRecords();
+    const std::string expanded = ExpandMacros(text, values);
+    Require(TakeTraceRecords().size() <= 2);
+    if (hats.find('!') == std::string::npos) {
+        Require(expanded == hats);
+    }
+    const std::string name = ExtractBangName(text);
+    Require(name.empty() || text.compare(0, name.size() + 2, "!" + name + "!") == 0);
+    return 0;
+}

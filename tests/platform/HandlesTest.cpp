@@ -1,0 +1,80 @@
+#include "Common/Handles.h"
+
+#include <utility>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+std::vector<int> gClosed;
+
+struct RecordingPolicy {
+    using Type = int;
+    static Type Empty() { return 0; }
+    static bool Owns(Type value) { return value > 0; }
+    static void Close(Type value)
+    {
+        gClosed.push_back(value);
+        SetLastError(ERROR_INVALID_HANDLE);
+    }
+};
+using COwnerUnderTest = COwner<RecordingPolicy>;
+
+TEST(Handles, EachValueIsClosedOnceByItsLastOwner)
+{
+    gClosed.clear();
+    {
+        COwnerUnderTest first(1);
+        COwnerUnderTest second(2);
+        COwnerUnderTest moved(std::move(first));
+        EXPECT_FALSE(first);
+        moved = std::move(second); // 1 goes
+        EXPECT_EQ(gClosed, std::vector<int>{1});
+        EXPECT_EQ(moved.Get(), 2);
+        COwnerUnderTest released(3);
+        EXPECT_EQ(released.Release(), 3);
+        const COwnerUnderTest invalid(-1);
+        EXPECT_FALSE(invalid);
+        COwnerUnderTest received(4);
+        *received.Receive() = 5; // 4 goes
+        received.Reset(5);       // the same value again is no reason to close it
+        EXPECT_EQ(gClosed, (std::vector<int>{1, 4}));
+    }
+    EXPECT_EQ(gClosed, (std::vector<int>{1, 4, 5, 2}));
+}
+
+TEST(Handles, ClosingLeavesTheLastErrorAlone)
+{
+    gClosed.clear();
+    {
+        const COwnerUnderTest owner(1);
+        SetLastError(ERROR_FILE_NOT_FOUND);
+    }
+    EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_FILE_NOT_FOUND));
+    EXPECT_EQ(gClosed.size(), 1u);
+}
+
+TEST(Handles, FailureValuesOwnNothing)
+{
+    EXPECT_FALSE(CHandle());
+    EXPECT_FALSE(CHandle(INVALID_HANDLE_VALUE));
+    EXPECT_FALSE(CFindHandle());
+    EXPECT_FALSE(CFindHandle(INVALID_HANDLE_VALUE));
+    EXPECT_FALSE(CRegKey());
+    EXPECT_FALSE(CLibrary());
+    EXPECT_FALSE(CLocalMemory());
+}
+
+TEST(Handles, KernelObjectIsClosed)
+{
+    CHandle event(CreateEventA(nullptr, TRUE, TRUE, nullptr));
+    ASSERT_TRUE(event);
+    const HANDLE handle = event.Get();
+    DWORD flags = 0;
+    ASSERT_TRUE(GetHandleInformation(handle, &flags));
+    event.Reset();
+    EXPECT_FALSE(GetHandleInformation(handle, &flags));
+}
+
+} // namespace

@@ -1,0 +1,110 @@
+// A package staged in a folder of its own, and the runs of the installer on it.
+#pragma once
+
+#include <windows.h>
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "TraceLog.h"
+
+// What a run left behind.
+struct RunResult {
+    bool mStarted = false;
+    bool mTimedOut = false;
+    DWORD mExitCode = 0xFFFFFFFF;
+    DWORD mProcessId = 0;                   // 0 when the run was started in another language
+    std::optional<std::string> mOutputFile; // TavixInstallO.txt, when this run wrote it
+    std::string mTraceText;                 // the trace file as it is
+    std::vector<TraceRecord> mTrace;
+};
+
+// An installer that runs. The end of the object stops it.
+class RunningSetup {
+public:
+    ~RunningSetup();
+    RunningSetup(RunningSetup &&other) noexcept;
+    RunningSetup(const RunningSetup &) = delete;
+    RunningSetup &operator=(const RunningSetup &) = delete;
+
+    HANDLE Process() const { return mProcess; } // null when it could not be started
+    DWORD ProcessId() const { return mProcessId; }
+
+    // Waits for the end, stops the process when that does not come in time, and gathers what is left.
+    RunResult Wait(DWORD milliseconds = 30000);
+
+private:
+    friend class Package;
+    RunningSetup() = default;
+    bool Ended(DWORD milliseconds, DWORD *exitCode_O);
+
+    HANDLE mProcess = nullptr;
+    DWORD mProcessId = 0;
+    std::string mExitCodeFile; // where the exit code of a run in another language arrives
+    std::string mTemp;
+    std::string mTracePath;
+};
+
+class Package {
+public:
+    // Makes the folder below the temporary one, with the installer in it and a private folder for temporary files.
+    Package();
+    ~Package();
+    Package(const Package &) = delete;
+    Package &operator=(const Package &) = delete;
+
+    // Folder of the package; path of a file in it; folder of temporary files of its runs (the value of !TEMP!,
+    // with a "\" behind).
+    const std::string &Folder() const { return mFolder; }
+    std::string Path(const std::string &name) const { return mFolder + "\\" + name; }
+    std::string Temp(const std::string &name = "") const { return mTemp + "\\" + name; }
+
+    // Writes installer.dat: the text, lines ended as on Windows, a line end at its beginning dropped.
+    Package &Script(const std::string &text);
+
+    // A script that passes all checks (a consumer pen package in English) with these steps in its group Install,
+    // and whatever more sections.
+    Package &Steps(const std::string &steps, const std::string &more = "");
+
+    // A further file of the package, bytes as they are; a file of the test's machine under another name.
+    Package &File(const std::string &name, const std::string &content);
+    Package &Copy(const std::string &from, const std::string &name);
+
+    // The response file that a front end would leave for the next run.
+    Package &InputResponse(const std::string &content);
+
+    // The name that the installer runs under from now on; it is put into the package when it isn't there.
+    Package &Program(const std::string &name);
+
+    // The current directory that the next runs are started in, in place of the package's folder.
+    Package &StartedIn(const std::string &folder);
+
+    // The environment of the next runs.
+    Package &Environment(const std::string &name, const std::string &value);
+
+    // The display language of the next runs, as Wine knows it: "zh_CN.UTF-8". Needs Wine.
+    Package &Language(const std::string &locale);
+
+    // Where the trace of the next runs goes, for tests that name the file themselves; a "*" in the path stands for the
+    // process id. Empty for the place that the installer chooses.
+    Package &TraceAt(const std::string &path);
+
+    // Runs the installer in the package's folder. The tail is put behind the program's name as it stands; Run puts
+    // "/s" in front of it, RunPlain nothing.
+    RunResult Run(const std::string &tail = "");
+    RunResult RunPlain(const std::string &tail);
+    RunningSetup Start(const std::string &tail);
+
+private:
+    std::vector<char> EnvironmentBlock() const;
+    void StartInLanguage(const std::string &tail, RunningSetup *run_O);
+
+    std::string mFolder;
+    std::string mTemp;
+    std::string mProgram;
+    std::string mStartFolder;
+    std::string mLocale;
+    std::string mTraceAt;
+    std::vector<std::pair<std::string, std::string>> mEnvironment;
+};

@@ -1,0 +1,78 @@
+// The registry as tests set it up and look at it, in both views of a 64-bit Windows.
+#pragma once
+
+#include <windows.h>
+
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+enum EView : REGSAM {
+    EProcessView = 0, // what a 32-bit program sees
+    EView32 = KEY_WOW64_32KEY,
+    EView64 = KEY_WOW64_64KEY,
+};
+
+struct RegData {
+    DWORD mType;
+    std::string mBytes; // as stored, NULs included
+    bool operator==(const RegData &other) const { return mType == other.mType && mBytes == other.mBytes; }
+};
+
+bool KeyExists(HKEY root, const std::string &path, EView view = EProcessView);
+bool CreateKey(HKEY root, const std::string &path, EView view = EProcessView);
+void RemoveKey(HKEY root, const std::string &path, EView view = EProcessView); // with all below it
+
+std::optional<RegData> ReadValue(HKEY root, const std::string &path, const std::string &name,
+                                 EView view = EProcessView);
+bool WriteValue(HKEY root, const std::string &path, const std::string &name, const RegData &data,
+                EView view = EProcessView);
+void RemoveValue(HKEY root, const std::string &path, const std::string &name, EView view = EProcessView);
+
+// A text value without its NUL, "<none>" when it is missing; texts and numbers for writing.
+std::string ReadRegText(HKEY root, const std::string &path, const std::string &name, EView view = EProcessView);
+RegData RegText(const std::string &text, DWORD type = REG_SZ);
+RegData RegNumber(DWORD number);
+
+// A key with everything in it as it was when the object was made; the end of the object restores it in both
+// views. Permissions are not part of it, except that a key which existed is never removed itself.
+class RegistrySnapshot {
+public:
+    RegistrySnapshot(HKEY root, std::string path);
+    ~RegistrySnapshot();
+    RegistrySnapshot(const RegistrySnapshot &) = delete;
+    RegistrySnapshot &operator=(const RegistrySnapshot &) = delete;
+
+private:
+    struct Content {
+        std::map<std::string, RegData> mValues;
+        std::map<std::string, Content> mKeys;
+    };
+    static std::optional<Content> Take(HKEY root, const std::string &path, EView view);
+    static void Restore(HKEY root, const std::string &path, EView view, const std::optional<Content> &content);
+
+    HKEY mRoot;
+    std::string mPath;
+    struct View {
+        EView mView;
+        size_t mPresent; // how much of the path existed, npos for nothing of it
+        std::optional<Content> mContent;
+    };
+    std::vector<View> mViews;
+};
+
+// The settings of the installer, HKEY_LOCAL_MACHINE\Software\TAVIX\Installer. They begin empty, whatever the
+// machine has, and the machine gets its own back in the end.
+class Settings {
+public:
+    Settings();
+    Settings &Text(const std::string &name, const std::string &text, DWORD type = REG_SZ);
+    Settings &Number(const std::string &name, DWORD number);
+    Settings &Data(const std::string &name, const RegData &data);
+    static std::string Read(const std::string &name);
+    static const char *const kPath;
+
+private:
+    RegistrySnapshot mFormer;
+};
