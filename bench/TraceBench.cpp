@@ -91,6 +91,7 @@ int main()
     Print("records a second", 1000.0 * static_cast<double>(records) / Median(trace), "/s", 0);
     Print("bare writes", Median(bare), "ms");
     Print("bare writes a second", 1000.0 * static_cast<double>(records) / Median(bare), "/s", 0);
-    Print("trace ratio", Median(trace) / Median(bare), "x", 2);
+    Print("trace ratio of the medians", Median(trace) / Median(bare), "x", 2);
+    Print("trace ratio of the best", (Least(traced) - Least(filtered)) / Least(bare), "x", 2);
     return 0;
 }

@@ -2,7 +2,7 @@
 enable_language(RC)
 
 target_compile_definitions(tavix_options INTERFACE LIBXML_STATIC)
-# Line tables are enough for a stack trace, in the older form that Wine can read; the product's symbols are split off below.
+# Line tables are enough for a stack trace, in the older form that Wine can read; the product's are split off below.
 target_compile_options(tavix_options INTERFACE -g1 -gdwarf-4)
 
 # Objects hold machine code besides the link-time form, so that tests link at once and the product is optimised whole.
@@ -56,7 +56,7 @@ endif()
 # The product as a whole; this program knows only the executable.
 tavix_split_tests(tests/system system_sources system_support_sources)
 add_library(tavix_system_support STATIC ${system_support_sources})
-target_link_libraries(tavix_system_support PUBLIC tavix_options GTest::gtest)
+target_link_libraries(tavix_system_support PUBLIC tavix_options GTest::gtest psapi)
 tavix_test_program(system_tests ${system_sources})
 if(TARGET system_tests)
     target_link_libraries(system_tests PRIVATE tavix_system_support)
@@ -65,9 +65,6 @@ endif()
 # Functions of the outer ring against the real Windows; the helpers of the system tests serve here, too.
 file(GLOB platform_test_sources CONFIGURE_DEPENDS tests/platform/*.cpp)
 tavix_test_program(platform_tests ${platform_test_sources})
-if(TARGET system_tests)
-    target_link_libraries(system_tests PRIVATE psapi)
-endif()
 if(TARGET platform_tests)
     target_link_libraries(platform_tests PRIVATE tavix_system_support tavix_platform tavix_core)
 endif()

@@ -76,6 +76,8 @@ start_prefix() {
     rm -rf "$1"
     mkdir -p "$(dirname "$1")"
     cp -al "$deps/prefix-$2" "$1"
+    # The registry as real copies: the server writes into a file that has several links, and so into all of its copies.
+    cp --remove-destination "$deps/prefix-$2"/*.reg "$1"
     WINEPREFIX=$1 WINEARCH=$2 wineserver -p >/dev/null 2>&1 </dev/null 9>&-
 }
 
