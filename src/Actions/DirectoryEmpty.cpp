@@ -17,6 +17,16 @@ bool IsSpared(const std::string &name, bool uninstall)
            name == "." || name == "..";
 }
 
+// Whether a listed folder stands for another one. Reparse points that Microsoft hands out without the surrogate bit,
+// such as those of files kept elsewhere, are folders like others (reparse tags, winnt.h).
+bool IsLink(const WIN32_FIND_DATAA &entry)
+{
+    constexpr DWORD kMicrosoft = 0x80000000;
+    constexpr DWORD kSurrogate = 0x20000000;
+    return (entry.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0 &&
+           (entry.dwReserved0 & (kMicrosoft | kSurrogate)) != kMicrosoft;
+}
+
 // Deletes the file that a listing has just shown. A name that leads to nothing does not count as deleted: a
 // name of characters that the code page lacks never leads to its file, and a deletion that waits for another
 // program's handle stays in the listing. Taken for successes these would have the walk start over for ever.
@@ -75,10 +85,13 @@ bool CWinInstallMain::EmptyDirectory(const std::string &path)
             const std::string shortPath =
                 entry.cAlternateFileName[0] != '\0' ? JoinPath(path, entry.cAlternateFileName) : longPath;
             if ((entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0) {
-                const DWORD errorBefore = GetLastError();
-                const bool emptied = EmptyDirectory(longPath);
-                trace(7, "Directory %s, Emptied %s %i\n", longPath.c_str(), YesNo(emptied),
-                      static_cast<int>(errorBefore));
+                // A link to a folder goes as what it is: what it leads to is not in the named directory.
+                if (!IsLink(entry)) {
+                    const DWORD errorBefore = GetLastError();
+                    const bool emptied = EmptyDirectory(longPath);
+                    trace(7, "Directory %s, Emptied %s %i\n", longPath.c_str(), YesNo(emptied),
+                          static_cast<int>(errorBefore));
+                }
                 startOver = RemoveByEitherName(longPath, shortPath);
             } else {
                 startOver = DeleteByEitherName(longPath, shortPath);

@@ -1,6 +1,7 @@
 // IfNotOlder, IfKernelIsNotOlder, IfINFIsNotOlder: jumps over a part of a group that would install nothing newer.
 #include "Actions/VersionCompare.h"
 #include "Common/RegAccess.h"
+#include "Common/Status.h"
 #include "Common/Trace.h"
 #include "Installer/Commands.h"
 #include "Installer/ScriptAccess.h"
@@ -37,7 +38,9 @@ void StepIfKernelIsNotOlder(CStep &step)
     std::string target;
     {
         const CRegLocationScope location(ParseRegPath(key, kRootLocalMachine));
-        target = ReadString("", name, "");
+        if (location.Status() == TVXSTATUS_SUCCESS) {
+            target = ReadString("", name, "");
+        }
     }
     JumpWhenNotOlder(step, IsFileNewer(target, source));
 }

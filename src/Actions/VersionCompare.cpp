@@ -12,47 +12,18 @@
 
 namespace {
 
-// Switches the redirection off without regard to the command and back on at the end of the scope, when it
-// could be switched off.
-class CRealFolders {
-public:
-    CRealFolders() : mDisabled(EnableWow64Redirection(false) != FALSE) {}
-    ~CRealFolders()
-    {
-        if (mDisabled) {
-            EnableWow64Redirection(true);
-        }
-    }
-    CRealFolders(const CRealFolders &) = delete;
-    CRealFolders &operator=(const CRealFolders &) = delete;
-
-    bool Disabled() const { return mDisabled; }
-
-private:
-    bool mDisabled;
-};
-
-// OpenFile is the one that also finds a bare name along the platform's search path, but it takes no full path of
-// 128 characters or more; those are opened where they stand.
-HANDLE OpenForTime(const std::string &path)
+// Time of the last write. OpenFile also finds a bare name along the search path of the platform; it takes no full path
+// of 128 characters or more, and such a file has no time here.
+bool ReadWriteTime(const std::string &path, FILETIME &time_O)
 {
     OFSTRUCT details = {};
     details.cBytes = sizeof details;
-    const HFILE file = OpenFile(path.c_str(), &details, OF_READ);
-    if (file != HFILE_ERROR) {
-        return reinterpret_cast<HANDLE>(static_cast<INT_PTR>(file));
+    const HFILE opened = OpenFile(path.c_str(), &details, OF_READ);
+    if (opened == HFILE_ERROR) {
+        return false;
     }
-    if (GetFullPathNameA(path.c_str(), 0, nullptr, nullptr) <= OFS_MAXPATHNAME) {
-        return INVALID_HANDLE_VALUE;
-    }
-    return CreateFileA(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING, 0,
-                       nullptr);
-}
-
-bool ReadWriteTime(const std::string &path, FILETIME &time_O)
-{
-    const CHandle file(OpenForTime(path));
-    return file && GetFileTime(file.Get(), nullptr, nullptr, &time_O);
+    const CHandle file(reinterpret_cast<HANDLE>(static_cast<INT_PTR>(opened)));
+    return GetFileTime(file.Get(), nullptr, nullptr, &time_O);
 }
 
 } // namespace
@@ -60,13 +31,13 @@ bool ReadWriteTime(const std::string &path, FILETIME &time_O)
 // Script paths hold text of the system's code page, as those of all file steps do; the readers take UTF-8.
 bool IsFileNewer(const std::string &target, const std::string &source)
 {
-    const CRealFolders realFolders;
+    const STDisableRedirect redirect(true); // whatever the command was
     const FileVersion targetVersion = ReadProductVersion(AnsiToUtf8(target));
     const FileVersion sourceVersion = ReadProductVersion(AnsiToUtf8(source));
     const std::string targetText = targetVersion.ToText(FileVersion::EStyleFull);
     const std::string sourceText = sourceVersion.ToText(FileVersion::EStyleFull);
     trace(7, "FileVersionCompare: %s (%s) vs %s (%s), 64 %s:\n", target.c_str(), targetText.c_str(), source.c_str(),
-          sourceText.c_str(), YesNo(realFolders.Disabled()));
+          sourceText.c_str(), YesNo(redirect.Disabled()));
     const bool newerVersion = IsNewerThan(sourceVersion, targetVersion);
     const bool earlierTarget = IsWriteTimeEarlier(target, source);
     const bool newer = newerVersion || earlierTarget;
@@ -76,13 +47,13 @@ bool IsFileNewer(const std::string &target, const std::string &source)
 
 bool IsInfNewer(const std::string &target, const std::string &source)
 {
-    const CRealFolders realFolders;
+    const STDisableRedirect redirect(true); // whatever the command was
     const DriverDate targetDate = ReadInfDriverVersion(AnsiToUtf8(target));
     const DriverDate sourceDate = ReadInfDriverVersion(AnsiToUtf8(source));
     const std::string targetText = FormatDriverDate(targetDate);
     const std::string sourceText = FormatDriverDate(sourceDate);
     trace(7, "InfVersionCompare: %s (%s) vs %s (%s), 64 %s:\n", target.c_str(), targetText.c_str(), source.c_str(),
-          sourceText.c_str(), YesNo(realFolders.Disabled()));
+          sourceText.c_str(), YesNo(redirect.Disabled()));
     const bool newer = IsDriverDateNewer(sourceDate, targetDate);
     trace(7, newer ? "%s < %s\n" : "%s > %s\n", targetText.c_str(), sourceText.c_str());
     return newer;

@@ -15,6 +15,16 @@ constexpr int32_t kOSTypeWin81 = 61;
 constexpr int32_t kOSTypeUnset = 2000;
 constexpr int32_t kOSTypeUnknown = -1;
 
+// Windows XP in one of its kinds; Windows 8 or 8.1.
+constexpr bool IsOSTypeXP(int32_t type)
+{
+    return type == kOSTypeXP || type == kOSTypeXPTabletPC;
+}
+constexpr bool IsOSTypeWin8(int32_t type)
+{
+    return type == kOSTypeWin8 || type == kOSTypeWin81;
+}
+
 class CSystemState {
 public:
     // The OS type of the process; -1, with an assertion, while it has not been determined.

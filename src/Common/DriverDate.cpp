@@ -7,6 +7,7 @@
 #include <ctime>
 #include <vector>
 
+#include "Common/Numbers.h"
 #include "Common/StringUtilities.h"
 #include "Common/Trace.h"
 
@@ -15,12 +16,6 @@ namespace {
 // Range of the Windows runtime's _mktime64, to which every other runtime is held here.
 constexpr int kLastYear = 3000;
 constexpr int64_t kLastTime = 32535215999; // 3000-12-31 23:59:59 UTC
-
-// atoi, with numbers beyond an int cut to its ends instead of left to the runtime.
-int ToInt(const std::string &text)
-{
-    return static_cast<int>(std::clamp<long>(std::strtol(text.c_str(), nullptr, 10), INT_MIN, INT_MAX));
-}
 
 // Midnight of a local date with daylight saving off; -1 when the runtime has no time value for it.
 int64_t LocalMidnight(int year, int month, int day)
@@ -66,9 +61,9 @@ DriverDate ParseDriverVer(const std::string &text)
     std::vector<std::string> parts = SplitAny(text, ",/ ", false);
     TVX_ASSERT(parts.size() == 4);
     parts.resize(4);
-    const int month = ToInt(parts[0]);
-    const int day = ToInt(parts[1]);
-    const int year = ToInt(parts[2]);
+    const int month = DecimalNumber(parts[0]);
+    const int day = DecimalNumber(parts[1]);
+    const int year = DecimalNumber(parts[2]);
     if (year < 1900 || month < 1 || month > 12 || day < 1 || day > 31) {
         throw CDriverDateException(CDriverDateException::kOutOfBounds);
     }

@@ -6,8 +6,8 @@
 #include <map>
 #include <string>
 
-// Driver type: the low four bits are the line (1 Consumer, 2 Professional, 3 ISD), bits 8 to 11 the half
-// (0x100 pen, 0x200 touch). A type may also be a line or a half alone.
+// What a package drives, as one number: a line of products in kDriverLineMask (1 Consumer, 2 Professional, 3 ISD) and a
+// half of the driver in the second hexadecimal digit from the left (0x100 pen, 0x200 touch). Either can stand alone.
 enum EDriverType : int32_t {
     EDriverConPen = 257,
     EDriverProPen = 258,

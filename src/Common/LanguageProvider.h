@@ -1,4 +1,4 @@
-// The language of the run. Its name is also the name of the script section that holds all visible words.
+// The language of the run. The script keeps the words that a user gets to see in a section of its name.
 #pragma once
 
 #include <cstdint>

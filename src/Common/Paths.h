@@ -23,7 +23,8 @@ std::string FindExtension(const std::string &path);
 // `path` less its last component (PathRemoveFileSpecA); empty for an empty path and for a bare name.
 std::string DirectoryPart(const std::string &path);
 
-// `left`, a back-slash unless `left` is empty or ends in one, and `right` less one leading back-slash.
+// Two parts of a path put together. One back-slash stands between them, whether the parts brought it or not; an empty
+// left part gets none.
 std::string JoinPath(const std::string &left, const std::string &right);
 
 // Positions of the back-slashes from left to right. The second byte of a double-byte character of the code page

@@ -23,7 +23,7 @@ enum EEdition : int32_t {
 };
 
 // Platform from dwPlatformId, dwMajorVersion and dwMinorVersion of OSVERSIONINFO. What is not known is
-// reported as an assertion; a version newer than the known ones is deliberately taken for Windows 7.
+// reported as an assertion; a version newer than the known ones counts as Windows 7.
 EPlatform PlatformFromVersion(uint32_t platformId, uint32_t majorVersion, uint32_t minorVersion);
 
 // Edition from a product type of GetProductInfo; full for all that are not listed.

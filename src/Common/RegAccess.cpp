@@ -291,8 +291,7 @@ struct KeyDeleter {
 bool BindKeyDeleter(KeyDeleter &deleter_O)
 {
     const HMODULE advapi32 = GetModuleHandleA("ADVAPI32.DLL"); // imported, so always there
-    const int32_t osType = CSystemState::GetOSType();
-    if (osType == kOSTypeXP || osType == kOSTypeXPTabletPC) {
+    if (IsOSTypeXP(CSystemState::GetOSType())) {
         deleter_O.mRegDeleteKey = BindEntry<decltype(deleter_O.mRegDeleteKey)>(advapi32, "RegDeleteKeyA");
         if (deleter_O.mRegDeleteKey == nullptr) {
             traceExpectation("!\"Could not load RegDeleteKey function\"");

@@ -1,5 +1,6 @@
 #include "Common/RegPath.h"
 
+#include "Common/StringUtilities.h"
 #include "Common/Trace.h"
 
 namespace {
@@ -20,20 +21,9 @@ constexpr RootName kRootNames[] = {
     {"HKEY_CURRENT_USER", kRootCurrentUser},
 };
 
-// Letters of ASCII alone: the root names have no others, and the user's locale must not decide.
-std::string UpperCase(std::string text)
-{
-    for (char &c : text) {
-        if (c >= 'a' && c <= 'z') {
-            c = static_cast<char>(c - 'a' + 'A');
-        }
-    }
-    return text;
-}
-
 RegRoot RootOf(const std::string &head)
 {
-    const std::string upper = UpperCase(head);
+    const std::string upper = UpperAscii(head);
     for (const RootName &row : kRootNames) {
         if (upper == row.mName) {
             return row.mRoot;

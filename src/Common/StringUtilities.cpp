@@ -33,6 +33,13 @@ std::string ToLowerCopy(const std::string &text)
     return lower;
 }
 
+std::string UpperAscii(std::string text)
+{
+    std::transform(text.begin(), text.end(), text.begin(),
+                   [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; });
+    return text;
+}
+
 std::vector<std::string> SplitAny(const std::string &text, const std::string &delimiters, bool skipEmpty)
 {
     std::vector<std::string> pieces;

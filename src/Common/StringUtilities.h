@@ -9,8 +9,12 @@
 // True when the two are equal, or are so with their letters in lower case.
 bool EqualsNoCase(const std::string &a, const std::string &b);
 
-// A copy with tolower applied to each byte.
+// A copy in lower case, byte by byte.
 std::string ToLowerCopy(const std::string &text);
+
+// A copy with the letters a to z in capitals. Other letters stay: the names and ids of Windows that are compared this
+// way have none, and the user's locale must not decide.
+std::string UpperAscii(std::string text);
 
 // Cuts a text at each byte of `delimiters`; pieces of no length are left out when `skipEmpty` is set. There is no
 // piece behind a delimiter that ends the text, so an empty text gives none and "a," gives one.

@@ -1,5 +1,5 @@
-// Cuts a text at a separator: ";" for step fields and script lists, NUL for section lines, "=" for flag lines.
-// No quoting, no escaping, no trimming.
+// A text taken apart token by token: a step at each ";", a section at each NUL, the line of a flag at each "=". A token
+// is what stands between two separators, blanks and quotes included.
 #pragma once
 
 #include <cstdint>

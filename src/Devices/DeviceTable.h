@@ -37,7 +37,8 @@ struct DeviceRow {
 constexpr size_t kDeviceRowCount = 42;
 constexpr size_t kQuilloCount = 13;
 
-// The products, and a closing row with both ids 0xFFFF, which is a row like any other to those who read it.
+// The products and, behind them, a closing row with both ids 0xFFFF. Readers take the closing row along: it gives a
+// record of its own, which no device matches.
 extern const DeviceRow gDeviceTable[kDeviceRowCount];
 
 // USB product ids of the consumer family, all in the table too. Whether one of them was ever attached

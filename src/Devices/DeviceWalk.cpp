@@ -72,9 +72,7 @@ void RemoveDevice(const CDeviceList &list, SP_DEVINFO_DATA *device_I_O, const st
 // Rebuilds the list from the product table: all found marks are lost, mDevicePresence is not.
 void CWinInstallMain::BuildSupportedDevices()
 {
-    const int32_t platform = CSystemState::GetOSType();
-    mDeviceList =
-        SupportedDevicesFrom(gDeviceTable, kDeviceRowCount, platform == kOSTypeWin8 || platform == kOSTypeWin81);
+    mDeviceList = SupportedDevicesFrom(gDeviceTable, kDeviceRowCount, IsOSTypeWin8(CSystemState::GetOSType()));
 }
 
 void CWinInstallMain::MarkFound(SupportedDevice &device_I_O)

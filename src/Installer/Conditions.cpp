@@ -16,8 +16,7 @@ namespace {
 
 bool IsXPFamily()
 {
-    const int32_t platform = CSystemState::GetOSType();
-    return platform == kOSTypeXP || platform == kOSTypeXPTabletPC;
+    return IsOSTypeXP(CSystemState::GetOSType());
 }
 
 bool IsRunningVersion(const WantedOSVersion &wanted)
@@ -69,8 +68,7 @@ void StepProductIDIsNotAttached(CStep &step)
 
 void StepIsWin8(CStep &step)
 {
-    const int32_t platform = CSystemState::GetOSType();
-    BranchOn(step, platform == kOSTypeWin8 || platform == kOSTypeWin81, ", IsWin8 goto", ", Not Win8");
+    BranchOn(step, IsOSTypeWin8(CSystemState::GetOSType()), ", IsWin8 goto", ", Not Win8");
 }
 
 void StepIsWin7(CStep &step)

@@ -4,8 +4,6 @@
 
 #include <windows.h>
 
-#include <algorithm>
-#include <iterator>
 #include <string>
 
 #include "Actions/FileExists.h"
@@ -87,16 +85,6 @@ bool IsDirty(SC_HANDLE manager, const char *name)
     return true;
 }
 
-// Whether Windows may know a service of that name. It keeps each under a key in the registry, also one that waits for
-// its deletion, and a look there costs next to nothing, while the first talk with the service manager takes as long as
-// half the start of a process.
-bool MayBeKnown(const char *service)
-{
-    const std::string path = std::string("SYSTEM\\CurrentControlSet\\Services\\") + service;
-    CRegKey key;
-    return RegOpenKeyExA(HKEY_LOCAL_MACHINE, path.c_str(), 0, KEY_QUERY_VALUE, key.Receive()) != ERROR_FILE_NOT_FOUND;
-}
-
 bool ArePendingRenames()
 {
     const CRegLocationScope location(RegLocation{kRootLocalMachine, kSessionManagerKey, std::string()});
@@ -133,9 +121,6 @@ bool RemoveVirtualHidKey()
 
 bool IsServiceConfigDirty()
 {
-    if (std::none_of(std::begin(kServices), std::end(kServices), MayBeKnown)) {
-        return false;
-    }
     const CServiceHandle manager(OpenSCManagerA(nullptr, nullptr, SC_MANAGER_ALL_ACCESS));
     if (!manager) {
         return false;

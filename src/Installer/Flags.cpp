@@ -5,11 +5,11 @@
 #include "Common/TokenSplitter.h"
 #include "Devices/DeviceTable.h"
 #include "Installer/CWinInstallMain.h"
+#include "Installer/PreflightRules.h"
 #include "Installer/ScriptAccess.h"
 
 namespace {
 
-constexpr uint32_t kDriverKindISD = 1;
 constexpr uint32_t kAnyPen = kDevicePen | kDeviceDisplayPen;
 // Devices whose touch is served by an interface of its own on Windows 8 want no touch service.
 constexpr uint32_t kOwnInterface = kDeviceModernInterface0 | kDeviceModernInterface1;
@@ -48,8 +48,7 @@ bool CWinInstallMain::NeedMTAPI() const
     if (GetFlag("FORCE_MTAPI") == 1) {
         return true;
     }
-    const int32_t platform = CSystemState::GetOSType();
-    if ((platform == kOSTypeWin8 || platform == kOSTypeWin81) && mDriverKind == kDriverKindISD) {
+    if (IsOSTypeWin8(CSystemState::GetOSType()) && mDriverKind == kDriverKindISD) {
         return false;
     }
     return (mDevicePresence & kDeviceTouch) != 0;

@@ -74,8 +74,7 @@ std::string MachineValue(const char *key, const char *name, const std::string &d
 
 std::string HidRouterName()
 {
-    const int32_t platform = CSystemState::GetOSType();
-    const bool modern = platform == kOSTypeWin8 || platform == kOSTypeWin81;
+    const bool modern = IsOSTypeWin8(CSystemState::GetOSType());
     return std::string("tvxhidrouter_isd") + (modern ? "_win8" : "");
 }
 

@@ -1,7 +1,6 @@
 #include "Installer/Macros.h"
 
-#include <algorithm>
-
+#include "Common/StringUtilities.h"
 #include "Common/Trace.h"
 
 namespace {
@@ -12,13 +11,6 @@ constexpr char kMissing[] = "Thisis_anEmptySTRING";
 // How much longer than the text its expansion may get. A folder that is named like a macro, such as "!.!", brings that
 // macro in again and again, and would never end.
 constexpr size_t kMostGrowth = 0x10000;
-
-std::string UpperCopy(std::string text)
-{
-    std::transform(text.begin(), text.end(), text.begin(),
-                   [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; });
-    return text;
-}
 
 std::string HatValue(const std::string &name, IMacroValues &values)
 {
@@ -34,7 +26,7 @@ std::string BangValue(const std::string &name, IMacroValues &values)
     if (name.empty()) {
         return "!";
     }
-    return values.Value(UpperCopy(name)).value_or(name);
+    return values.Value(UpperAscii(name)).value_or(name);
 }
 
 } // namespace

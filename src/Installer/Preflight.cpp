@@ -1,4 +1,4 @@
-// What a run will do, settled before its first page: the group, the switches, and whether it may run at all.
+// The decisions in front of the first page: group, switches, and the refusals.
 //
 // A later read has the result of the earlier one as its default. So the script wins over the registry, the registry
 // over the command line, and a value that equals its default decides nothing.

@@ -15,7 +15,7 @@ uint32_t DriverKindFrom(uint32_t isd, uint32_t visd, uint32_t touch)
 
 bool IsSupportedPlatform(int32_t osType)
 {
-    return osType == kOSTypeXP || osType == kOSTypeXPTabletPC || IsVistaOrLaterPlatform(osType);
+    return IsOSTypeXP(osType) || IsVistaOrLaterPlatform(osType);
 }
 
 bool IsVistaOrLaterPlatform(int32_t osType)

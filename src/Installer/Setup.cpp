@@ -7,6 +7,7 @@
 #include "Common/Paths.h"
 #include "Common/RegAccess.h"
 #include "Common/Status.h"
+#include "Common/StringUtilities.h"
 #include "Common/Trace.h"
 #include "Common/TraceFile.h"
 #include "Common/winplats.h"
@@ -29,17 +30,6 @@ bool IsUnder64BitWindows()
     CKernel32 kernel;
     BOOL wow64 = FALSE;
     return kernel.IsWow64Process(GetCurrentProcess(), &wow64) && wow64;
-}
-
-std::string UpperModulePath()
-{
-    std::string path = ModulePath();
-    for (char &character : path) {
-        if (character >= 'a' && character <= 'z') {
-            character = static_cast<char>(character - 'a' + 'A');
-        }
-    }
-    return path;
 }
 
 std::string NameBehindLastBackslash(const std::string &path)
@@ -125,7 +115,7 @@ void CWinInstallMain::OpenTraceFile()
     }
     SYSTEMTIME now;
     GetLocalTime(&now);
-    traceAlways("%s %i/%i/%i %i:%i\n", NameBehindLastBackslash(UpperModulePath()).c_str(), now.wMonth, now.wDay,
+    traceAlways("%s %i/%i/%i %i:%i\n", NameBehindLastBackslash(UpperAscii(ModulePath())).c_str(), now.wMonth, now.wDay,
                 now.wYear, now.wHour, now.wMinute);
 }
 
