@@ -1,16 +1,16 @@
 # The portable sources. They include no Windows header, directly or through others; all other files of src/ call
 # Windows and are found by themselves. One file a line, in alphabetical order.
 set(TAVIX_CORE_SOURCES
+    src/Actions/MultiString.cpp
+    src/Actions/RegPath.cpp
     src/Common/CSystemState.cpp
     src/Common/DriverDate.cpp
     src/Common/DriverNames.cpp
     src/Common/Escapes.cpp
     src/Common/FileVersion.cpp
     src/Common/LanguageProvider.cpp
-    src/Common/MultiString.cpp
     src/Common/Numbers.cpp
     src/Common/PlatformRules.cpp
-    src/Common/RegPath.cpp
     src/Common/Status.cpp
     src/Common/StringUtilities.cpp
     src/Common/TextEncoding.cpp

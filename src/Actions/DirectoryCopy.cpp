@@ -2,6 +2,7 @@
 // system sees: inside a redirected folder the two differ.
 #include <windows.h>
 
+#include "Actions/Directories.h"
 #include "Actions/FileCopy.h"
 #include "Common/Handles.h"
 #include "Common/Paths.h"

@@ -1,6 +1,7 @@
 // Taking away what is in a directory.
 #include <windows.h>
 
+#include "Actions/Directories.h"
 #include "Actions/FileDelete.h"
 #include "Common/Handles.h"
 #include "Common/Paths.h"

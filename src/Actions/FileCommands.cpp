@@ -2,9 +2,10 @@
 // script can test.
 #include <windows.h>
 
+#include "Actions/CustomPath.h"
+#include "Actions/Directories.h"
 #include "Actions/FileCopy.h"
 #include "Actions/FileDelete.h"
-#include "Actions/FileExists.h"
 #include "Actions/Redirection.h"
 #include "Common/Trace.h"
 #include "Installer/CWinInstallMain.h"

@@ -1,8 +1,7 @@
 #include "Actions/FileCopy.h"
 
-#include <vector>
-
 #include "Actions/DelayedMove.h"
+#include "Actions/Directories.h"
 #include "Actions/FileDelete.h"
 #include "Actions/Redirection.h"
 #include "Actions/VersionCompare.h"
@@ -126,29 +125,6 @@ bool CWinInstallMain::CopyOemInf(const std::string &source)
         CopyFileCore(source, JoinPath(JoinPath(windows, "\\inf\\"), FindFileName(source)), true);
     }
     return true;
-}
-
-BOOL CreateDirTree(const std::string &path)
-{
-    // Up to the first directory that exists, then down again. Not by recursion: a path may have thousands of parts.
-    const std::vector<size_t> separators = FindBackslashes(path);
-    std::string part = path;
-    size_t known = separators.size();
-    while (!PathExists(part) && !IsRootPath(part)) {
-        if (known == 0) {
-            return FALSE;
-        }
-        part.resize(separators[--known]);
-    }
-    SetLastError(ERROR_SUCCESS);
-    while (part.size() < path.size()) {
-        ++known;
-        part.assign(path, 0, known < separators.size() ? separators[known] : path.size());
-        if (!CreateDirectoryA(part.c_str(), nullptr)) {
-            return FALSE;
-        }
-    }
-    return TRUE;
 }
 
 bool ClearFileAttributes(const std::string &path)

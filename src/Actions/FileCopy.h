@@ -6,11 +6,6 @@
 
 #include <string>
 
-// Makes `path` and every directory above it that is missing. Success sets the last error to 0 where nothing
-// was to be made. A path without a back-slash is never made; one that ends in a back-slash is made and
-// answered with FALSE, because its last, empty component exists by then.
-BOOL CreateDirTree(const std::string &path);
-
 // Makes a read-only or hidden file or directory a normal one. Answers false for an empty path (error 87) and
 // when the attributes cannot be read or set; sets the last error to 0 otherwise.
 bool ClearFileAttributes(const std::string &path);

@@ -40,21 +40,6 @@ bool DeleteOrFail(const std::string &path)
     return DeleteOrFail(path, &found);
 }
 
-bool RemoveDirectoryForced(const std::string &path)
-{
-    constexpr DWORD kUnwanted = FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN;
-    if (path.empty()) {
-        SetLastError(ERROR_INVALID_PARAMETER);
-    } else {
-        const DWORD attributes = GetFileAttributesA(path.c_str());
-        if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & kUnwanted) != 0) {
-            SetFileAttributesA(path.c_str(), FILE_ATTRIBUTE_NORMAL);
-            SetLastError(ERROR_SUCCESS);
-        }
-    }
-    return RemoveDirectoryA(path.c_str()) != FALSE;
-}
-
 bool DeleteAtReboot(const std::string &path)
 {
     trace(7, "File %s\n", path.c_str());

@@ -11,9 +11,6 @@ bool DeleteOrFail(const std::string &path);
 // The same, and tells in *found_O whether there was something to delete.
 bool DeleteOrFail(const std::string &path, bool *found_O);
 
-// Removes an empty directory, read-only or hidden ones too. Answers what RemoveDirectoryA answers.
-bool RemoveDirectoryForced(const std::string &path);
-
 // Has Windows delete `path` at its next start, and traces it. Answers whether there was a file. The run does
 // not come to need a restart by it: the script that asks for this decides.
 bool DeleteAtReboot(const std::string &path);

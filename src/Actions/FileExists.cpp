@@ -3,7 +3,6 @@
 #include "Actions/Redirection.h"
 #include "Common/Paths.h"
 #include "Common/Trace.h"
-#include "Installer/CWinInstallMain.h"
 
 bool FileExistsStep(const std::string &path, bool disableRedirect)
 {
@@ -11,21 +10,4 @@ bool FileExistsStep(const std::string &path, bool disableRedirect)
     // The text of the redirection brings its own ", 64 ", which then stands twice. Readers of the file know it so.
     trace(7, "File %s, 64 %s\n", path.c_str(), redirect.TraceText());
     return PathExists(path);
-}
-
-std::string CustomPath(const CWinInstallMain &main, const std::string &path)
-{
-    return FileExistsStep(path, true) ? path : main.ResolveCustomPath(path);
-}
-
-// The layout of an OEM package is that of the plain one less the folder, or the part of a name, that is
-// called after the product. The separators around the name stay: Windows takes two for one.
-std::string CWinInstallMain::ResolveCustomPath(const std::string &path) const
-{
-    std::string shorter = path;
-    const size_t at = mProductName.empty() ? std::string::npos : path.find(mProductName);
-    if (at != std::string::npos) {
-        shorter.erase(at, mProductName.size());
-    }
-    return shorter;
 }

@@ -2,7 +2,7 @@
 
 #include "Common/Numbers.h"
 #include "Common/Paths.h"
-#include "Common/RegAccess.h"
+#include "Actions/RegAccess.h"
 #include "Common/Status.h"
 #include "Common/Trace.h"
 #include "Installer/ScriptAccess.h"

@@ -12,7 +12,7 @@
 #include "Common/FileVersion.h"
 #include "Common/Handles.h"
 #include "Common/Paths.h"
-#include "Common/RegAccess.h"
+#include "Actions/RegAccess.h"
 #include "Common/StringUtilities.h"
 #include "Common/TextConversions.h"
 #include "Common/Trace.h"

@@ -8,7 +8,7 @@
 
 #include "Common/CSystemState.h"
 #include "Common/ModulePath.h"
-#include "Common/RegAccess.h"
+#include "Actions/RegAccess.h"
 #include "Common/Trace.h"
 #include "Common/importWin32API.h"
 #include "Installer/CWinInstallMain.h"

@@ -9,7 +9,7 @@
 #include "Common/CSystemState.h"
 #include "Common/Handles.h"
 #include "Common/Paths.h"
-#include "Common/RegAccess.h"
+#include "Actions/RegAccess.h"
 #include "Common/TextConversions.h"
 #include "Common/TokenSplitter.h"
 #include "Common/Trace.h"

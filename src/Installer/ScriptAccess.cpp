@@ -8,7 +8,7 @@
 
 #include "Common/Escapes.h"
 #include "Common/Handles.h"
-#include "Common/RegAccess.h"
+#include "Actions/RegAccess.h"
 #include "Common/Status.h"
 #include "Common/Trace.h"
 

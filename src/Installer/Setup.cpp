@@ -5,7 +5,7 @@
 #include "Common/Handles.h"
 #include "Common/ModulePath.h"
 #include "Common/Paths.h"
-#include "Common/RegAccess.h"
+#include "Actions/RegAccess.h"
 #include "Common/Status.h"
 #include "Common/StringUtilities.h"
 #include "Common/Trace.h"

@@ -1,22 +1,12 @@
 // Version texts, DriverVer entries, UTF-8 and base64: whatever the bytes, reading ends, and what was read can be
 // written and read again.
-#include <cstdint>
-#include <cstdlib>
-#include <string>
-
+#include "Require.h"
 #include "Common/DriverDate.h"
 #include "Common/FileVersion.h"
 #include "Common/TextEncoding.h"
 #include "TraceRecorder.h"
 
 namespace {
-
-void Require(bool condition)
-{
-    if (!condition) {
-        abort();
-    }
-}
 
 void CheckVersions(const std::string &text)
 {
@@ -36,9 +26,8 @@ void CheckDriverVer(const std::string &text)
 {
     try {
         const DriverDate date = ParseDriverVer(text);
-        Require(text.empty() || date.mTime >= 0);
+        Require((text.empty() || date.mTime >= 0) && !IsDriverDateNewer(date, date));
         Require(FormatDriverDate(date).size() >= 18);
-        Require(!IsDriverDateNewer(date, date));
     } catch (const CDriverDateException &refusal) {
         Require(refusal.Code() == CDriverDateException::kOutOfBounds ||
                 refusal.Code() == CDriverDateException::kNoSuchTime);
@@ -49,16 +38,13 @@ void CheckUtf8(const std::string &text)
 {
     bool allValid = true;
     std::string written;
-    for (size_t index = 0; index < text.size();) {
-        const size_t before = index;
+    for (size_t index = 0, before = 0; index < text.size(); before = index) {
         bool valid = false;
         written += EncodeCodePoint(DecodeCodePoint(text, index, &valid));
         allValid = allValid && valid;
         Require(index > before && index <= text.size());
     }
-    Require(IsValidUtf8(text) == allValid);
-    Require(IsValidUtf8(written));
-    Require((written == text) == allValid);
+    Require(IsValidUtf8(text) == allValid && IsValidUtf8(written) && (written == text) == allValid);
 }
 
 void CheckBase64(const std::string &text)
@@ -77,11 +63,9 @@ void CheckBase64(const std::string &text)
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
-    const std::string text(reinterpret_cast<const char *>(data), size);
-    CheckVersions(text);
-    CheckDriverVer(text);
-    CheckUtf8(text);
-    CheckBase64(text);
+    for (const auto check : {CheckVersions, CheckDriverVer, CheckUtf8, CheckBase64}) {
+        check(TextOf(data, size));
+    }
     TakeTraceRecords();
     return 0;
 }

@@ -1,19 +1,11 @@
 // Foreign group text through the loader, the jumps and the cutting of each step.
-#include <cstdint>
-#include <cstdlib>
-#include <string>
+#include <algorithm>
 
+#include "Require.h"
 #include "Common/TokenSplitter.h"
 #include "Installer/StepList.h"
 
 namespace {
-
-void Require(bool condition)
-{
-    if (!condition) {
-        abort();
-    }
-}
 
 // The fields put together again are the text, and none holds a separator.
 void CheckFields(const std::string &text)
@@ -33,39 +25,25 @@ void CheckFields(const std::string &text)
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
     // Line ends of the input stand for the NULs of a section.
-    std::string section(reinterpret_cast<const char *>(data), size);
-    for (char &c : section) {
-        c = c == '\n' ? '\0' : c;
-    }
-    const StepList list(section);
-    std::string last;
-    for (const StepRecord &record : list.Records()) {
-        Require(&record == &list.Records()[record.mIndex]);
-        Require(record.mText.find('\0') == std::string::npos && record.mLabel.find('\0') == std::string::npos);
-        const bool bracketed = !record.mLabel.empty() && record.mLabel.front() == '<' && record.mLabel.back() == '>';
-        Require(record.mLabel.empty() || bracketed || record.mLabel == "DONE");
-        Require(!bracketed || record.mLabel.find('>') == record.mLabel.size() - 1);
+    std::string section = TextOf(data, size);
+    std::replace(section.begin(), section.end(), '\n', '\0');
+    StepList list(section);
+    const std::vector<StepRecord> records = list.Records();
+    const std::string jump = records.empty() ? "" : records[size % records.size()].mLabel;
+    std::string target = records.size() > 1 && jump.empty() ? records[1].mText : "";
+    for (const StepRecord &record : records) {
+        const std::string &label = record.mLabel;
+        Require(&record == &records[record.mIndex] && (record.mText + label).find('\0') == std::string::npos);
+        Require(label.empty() || label == "DONE" || (label.front() == '<' && label.find('>') == label.size() - 1));
         CheckFields(record.mText);
-        last = record.mLabel.empty() ? last : record.mLabel;
+        // A jump goes to the last line with the label, and nowhere but there.
+        target = !jump.empty() && label == jump && jump != "<DONE>" ? record.mText : target;
     }
-    // A jump goes to the last line with the label, wherever the cursor stands, and nowhere but there.
-    if (list.Count() > 0) {
-        StepList walk(section);
-        const std::string jump = list.Records()[size % list.Count()].mLabel;
-        walk.Advance(jump);
-        const std::string *expected = nullptr;
-        for (const StepRecord &record : list.Records()) {
-            expected = record.mLabel == jump ? &record.mText : expected;
-        }
-        if (jump.empty()) {
-            Require(walk.Text() == (list.Count() > 1 ? list.Records()[1].mText : ""));
-        } else {
-            Require(walk.Text() == (jump == "<DONE>" ? "" : *expected));
-        }
-        walk.Advance("<DONE>");
-        Require(walk.Text().empty());
-        walk.Advance("");
-        Require(walk.Text().empty());
+    list.Advance(jump);
+    Require(list.Text() == target);
+    for (const char *way : {"<DONE>", ""}) {
+        list.Advance(way);
+        Require(list.Text().empty());
     }
     return 0;
 }

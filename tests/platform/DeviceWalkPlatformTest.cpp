@@ -3,302 +3,195 @@
 
 #include <windows.h>
 
-#include <fstream>
-#include <string>
-#include <vector>
+#include <regex>
 
 #include <gtest/gtest.h>
 
+#include "../system/Registry.h"
 #include "Common/Handles.h"
 #include "Common/TraceFile.h"
 #include "Devices/DeviceTable.h"
 #include "Installer/CWinInstallMain.h"
+#include "ScratchFolder.h"
 #include "TraceCapture.h"
 
 namespace {
 
-using Lines = std::vector<std::string>;
-
-constexpr char kTestKey[] = "Software\\TavixDeviceWalkTest";
-
 class DeviceWalk : public testing::Test {
 protected:
-    DeviceWalk() : mOwnTrace(TraceSinkPath()) {}
-
-    void SetUp() override
+    DeviceWalk() : mOwnTrace(TraceSinkPath())
     {
-        // The double keeps the system's own library under this name.
-        if (!CLibrary(LoadLibraryA("tavix_setupapi_real.dll"))) {
-            if (GetProcAddress(GetModuleHandleA("ntdll.dll"), "wine_get_version") == nullptr) {
-                GTEST_SKIP() << "the device tree of a real Windows stays as it is";
-            }
-            FAIL() << "the double of the device tree is not installed";
-        }
-        char temp[MAX_PATH + 1];
-        GetTempPathA(sizeof(temp), temp);
-        static int count = 0;
-        mFolder =
-            std::string(temp) + "DeviceWalk" + std::to_string(GetCurrentProcessId()) + "_" + std::to_string(++count);
-        ASSERT_TRUE(CreateDirectoryA(mFolder.c_str(), nullptr));
         GetCurrentDirectoryA(sizeof(mFormerFolder), mFormerFolder);
-        SetCurrentDirectoryA(mFolder.c_str());
+        SetCurrentDirectoryA(mFolder.Path("").c_str());
     }
 
-    void TearDown() override
+    ~DeviceWalk() override
     {
-        if (mFolder.empty()) {
-            return;
-        }
-        for (const std::string &name : mFiles) {
-            DeleteFileA((mFolder + "\\" + name).c_str());
-        }
         SetCurrentDirectoryA(mFormerFolder);
-        RemoveDirectoryA(mFolder.c_str());
         SetEnvironmentVariableA("TAVIX_DEVICE_TREE", nullptr);
         SetEnvironmentVariableA("TAVIX_DEVICE_LOG", nullptr);
         DeleteFileA(mOwnTrace.c_str());
     }
 
-    void File(const std::string &name, const std::string &content)
+    void SetUp() override
     {
-        std::ofstream(mFolder + "\\" + name) << content;
-        mFiles.push_back(name);
+        if (GetProcAddress(GetModuleHandleA("ntdll.dll"), "wine_get_version") == nullptr) {
+            GTEST_SKIP() << "the device tree of a real Windows stays as it is";
+        }
+        // The double keeps the system's own library under this name.
+        ASSERT_TRUE(CLibrary(LoadLibraryA("tavix_setupapi_real.dll"))) << "the double of the tree is not installed";
     }
 
+    // The double reads a tree once for each name.
     void Tree(const std::string &lines)
     {
-        File("tree.txt", lines);
-        mFiles.push_back("log.txt");
-        SetEnvironmentVariableA("TAVIX_DEVICE_TREE", (mFolder + "\\tree.txt").c_str());
-        SetEnvironmentVariableA("TAVIX_DEVICE_LOG", (mFolder + "\\log.txt").c_str());
+        const std::string name = "tree" + std::to_string(++mTrees);
+        SetEnvironmentVariableA("TAVIX_DEVICE_TREE", mFolder.Write(name, lines).c_str());
+        SetEnvironmentVariableA("TAVIX_DEVICE_LOG", mFolder.Path(name + ".log").c_str());
+        mCalls = mFolder.Path(name + ".log");
         mTrace.Take();
     }
 
-    Lines Log() const
+    // The calls of the library that the double wrote down, a line each.
+    std::string Calls() const { return std::regex_replace(ReadBytes(mCalls), std::regex("\r"), ""); }
+
+    // The records since the tree was made, a line each, without what they all begin with. Assertions lose their place.
+    std::string Records()
     {
-        std::ifstream file(mFolder + "\\log.txt");
-        Lines lines;
-        for (std::string line; std::getline(file, line);) {
-            lines.push_back(line);
+        std::string records;
+        for (const std::string &record : mTrace.Take()) {
+            records += std::regex_replace(record, std::regex("^EnumerateSupportedDevices: | in .*"), "") + "\n";
         }
-        return lines;
+        return records;
     }
 
-    Lines Found() const
+    std::string Found() const
     {
-        Lines ids;
+        std::string ids;
         for (const SupportedDevice &device : mMain.mDeviceList) {
-            if (device.mFound) {
-                ids.push_back(device.mId);
-            }
+            ids += device.mFound ? device.mId + " " : "";
         }
         return ids;
     }
 
+    CScratchFolder mFolder;
     CWinInstallMain mMain{"", false};
     std::string mOwnTrace;
     CTraceCapture mTrace;
-    std::string mFolder;
-    Lines mFiles;
+    std::string mCalls;
+    int mTrees = 0;
     char mFormerFolder[MAX_PATH + 1] = "";
 };
 
-TEST_F(DeviceWalk, PresentWalkMarksLiveNodesOfItsEnumeratorInAnyCase)
+TEST_F(DeviceWalk, NodesAreMarkedAndRemovedByEnumeratorStateAndId)
 {
-    Tree("USB usb\\vid_7a1c&pid_011c\\6&1 live\n"
-         "USB USB\\VID_7A1C&PID_0240\\6&2 remembered\n"
-         "USB USB\\VID_046D&PID_0001\\6&3 live\n"
-         "HID HID\\VID_7A1C&PID_0241&COL01\\7&4 live\n");
-    EXPECT_EQ(mMain.EnumerateSupportedDevices("USB", true, false), 1u);
-    EXPECT_EQ(mTrace.Take(), (Lines{"EnumerateSupportedDevices: Checking device usb\\vid_7a1c&pid_011c\\6&1",
-                                    "EnumerateSupportedDevices: VID_7A1C&PID_011C found",
-                                    "EnumerateSupportedDevices: Checking device USB\\VID_046D&PID_0001\\6&3"}));
-    EXPECT_EQ(Found(), Lines{"VID_7A1C&PID_011C"});
-    EXPECT_EQ(mMain.mDevicePresence, 3u);
-    EXPECT_EQ(Log(), (Lines{"list USB present", "close"}));
-    EXPECT_TRUE(mMain.IsProductAttached("VID_"));
-    EXPECT_TRUE(mMain.IsProductAttached("011C"));
-    EXPECT_FALSE(mMain.IsProductAttached("011c"));
-    EXPECT_FALSE(mMain.IsProductAttached("0240"));
-    EXPECT_EQ(mMain.mProductName, "");
-}
-
-TEST_F(DeviceWalk, WithoutDevicesNothingIsPresent)
-{
-    Tree("");
-    EXPECT_EQ(mMain.EnumerateSupportedDevices("USB", true, true), 1u);
-    EXPECT_EQ(mMain.mDevicePresence, 0u);
-    EXPECT_FALSE(mMain.IsProductAttached(""));
-    EXPECT_EQ(mTrace.Take(), Lines());
+    const std::string tail(196, 'x'); // behind it an id is longer than any that Windows has, and arrives cut
+    const struct {
+        const char *mWalk, *mEnumerator;
+        bool mPresent, mRemove;
+        std::string mTree, mRecords;
+        const char *mCalls, *mFound;
+        uint32_t mPresence;
+    } cases[] = {
+        {"of attached devices, in any case", "USB", true, false,
+         "USB usb\\duo\\1 live\nUSB USB\\PEN\\2 remembered\nUSB USB\\MOUSE\\3 live\nHID HID\\PEN&COL01\\4 live\n"
+         "USB USB\\PEN\\5 going\n",
+         "Checking device usb\\duo\\1\nDUO found\nChecking device USB\\MOUSE\\3\n", "list USB present\nclose\n", "DUO ",
+         3},
+        {"without devices", "USB", true, true, "", "", "list USB present\nclose\n", "", 0},
+        {"of remembered devices, which marks nothing", "USB", false, true,
+         "USB USB\\PEN\\live live\nUSB usb\\pen\\gone remembered\nUSB USB\\MOUSE\\gone remembered\n",
+         "Checking device usb\\pen\\gone\nRemoving USB\\PEN\\GONE\nChecking device USB\\MOUSE\\gone\n",
+         "list USB all\nremove usb\\pen\\gone\nclose\n", "", 0},
+        {"where every match of a node removes it again, except on I2C", "HID", true, true,
+         "HID HID\\PEN&MI_00\\1 live\nHID HID\\TVX0001\\2 live\n",
+         "Checking device HID\\PEN&MI_00\\1\nPEN found\nRemoving HID\\PEN&MI_00\\1\nPEN&MI_00 found\n"
+         "Removing HID\\PEN&MI_00\\1\nChecking device HID\\TVX0001\\2\nTVX00 found\n"
+         "NOT removing I2C device HID\\TVX0001\\2\n",
+         "list HID present\nremove HID\\PEN&MI_00\\1\nremove again HID\\PEN&MI_00\\1\nclose\n", "PEN TVX00 PEN&MI_00 ",
+         0x146},
+        {"whose list cannot be made", "USB", true, true, "fail-list USB\nUSB USB\\PEN\\1 live\n", "",
+         "list USB present fails\n", "", 0},
+        {"that goes on behind an unreadable id", "USB", true, false,
+         "USB USB\\PEN\\1 fail-id\nUSB PEN\\" + tail + "yz live\nUSB USB\\DUO\\3 live\n",
+         "Assert:(cmret == CR_SUCCESS)\nChecking device \nAssert:(cmret == CR_SUCCESS)\nChecking device PEN\\" + tail +
+             "\nPEN found\nChecking device USB\\DUO\\3\nDUO found\n",
+         "list USB present\nclose\n", "PEN DUO ", 3},
+    };
+    for (const auto &test : cases) {
+        SCOPED_TRACE(std::string("walk ") + test.mWalk);
+        mMain.mDeviceList = {{"PEN", kDevicePen, false},
+                             {"DUO", kDevicePen | kDeviceTouch, false},
+                             {"TVX00", kDeviceI2C | kDeviceDisplayPen, false},
+                             {"PEN&MI_00", kDeviceBulkTouch, false}};
+        mMain.mDevicePresence = 0;
+        Tree(test.mTree);
+        EXPECT_EQ(mMain.EnumerateSupportedDevices(test.mEnumerator, test.mPresent, test.mRemove),
+                  test.mTree.compare(0, 4, "fail") == 0 ? DWORD{ERROR_INVALID_DATA} : 1u);
+        EXPECT_EQ(Records(), test.mRecords);
+        EXPECT_EQ(Calls(), test.mCalls);
+        EXPECT_EQ(Found(), test.mFound);
+        EXPECT_EQ(mMain.mDevicePresence, test.mPresence);
+    }
 }
 
 TEST_F(DeviceWalk, MaskGathersOverWalksAndOutlivesTheList)
 {
-    Tree("USB USB\\VID_7A1C&PID_0118\\1 live\n"
-         "HID HID\\VID_7A1C&PID_0240&COL01\\1 live\n");
+    Tree("USB USB\\VID_7A1C&PID_011C\\1 live\nHID HID\\VID_7A1C&PID_024E&COL01\\1 live\n");
     mMain.EnumerateSupportedDevices("USB", true, false);
-    EXPECT_EQ(mMain.mDevicePresence, 1u);
+    EXPECT_EQ(mMain.mDevicePresence, 3u);
+    EXPECT_TRUE(mMain.IsProductAttached("VID_") && mMain.IsProductAttached("011C"));
+    EXPECT_FALSE(mMain.IsProductAttached("011c") || mMain.IsProductAttached("024E"));
     mMain.EnumerateSupportedDevices("HID", true, false);
     EXPECT_EQ(mMain.mDevicePresence, 0x13u);
-    EXPECT_EQ(Found().size(), 2u);
+    EXPECT_EQ(Found(), "VID_7A1C&PID_011C VID_7A1C&PID_024E ");
     mMain.BuildSupportedDevices();
-    EXPECT_EQ(Found(), Lines());
+    EXPECT_EQ(Found(), "");
     EXPECT_EQ(mMain.mDevicePresence, 0x13u);
-}
-
-TEST_F(DeviceWalk, RememberedWalkRemovesAndMarksNothing)
-{
-    Tree("USB USB\\VID_7A1C&PID_0110\\live live\n"
-         "USB usb\\vid_7a1c&pid_0110\\gone remembered\n"
-         "USB USB\\VID_046D&PID_0001\\gone remembered\n");
-    EXPECT_EQ(mMain.EnumerateSupportedDevices("USB", false, true), 1u);
-    EXPECT_EQ(mTrace.Take(), (Lines{"EnumerateSupportedDevices: Checking device usb\\vid_7a1c&pid_0110\\gone",
-                                    "EnumerateSupportedDevices: Removing USB\\VID_7A1C&PID_0110\\GONE",
-                                    "EnumerateSupportedDevices: Checking device USB\\VID_046D&PID_0001\\gone"}));
-    EXPECT_EQ(Log(), (Lines{"list USB all", "remove usb\\vid_7a1c&pid_0110\\gone", "close"}));
-    EXPECT_EQ(Found(), Lines());
-    EXPECT_EQ(mMain.mDevicePresence, 0u);
-}
-
-TEST_F(DeviceWalk, EveryMatchOfANodeIsMarkedAndRemovesAgainExceptOnI2C)
-{
-    mMain.mDeviceList = {{"VID_7A1C&PID_0110", 0x2, false},
-                         {"TVX00", kDeviceI2C | 0x4, false},
-                         {"VID_7A1C&PID_0110&MI_00", 0x100, false}};
-    Tree("HID HID\\VID_7A1C&PID_0110&MI_00\\1 live\n"
-         "HID HID\\TVX0001\\2 live\n");
-    mMain.EnumerateSupportedDevices("HID", true, true);
-    EXPECT_EQ(mTrace.Take(), (Lines{"EnumerateSupportedDevices: Checking device HID\\VID_7A1C&PID_0110&MI_00\\1",
-                                    "EnumerateSupportedDevices: VID_7A1C&PID_0110 found",
-                                    "EnumerateSupportedDevices: Removing HID\\VID_7A1C&PID_0110&MI_00\\1",
-                                    "EnumerateSupportedDevices: VID_7A1C&PID_0110&MI_00 found",
-                                    "EnumerateSupportedDevices: Removing HID\\VID_7A1C&PID_0110&MI_00\\1",
-                                    "EnumerateSupportedDevices: Checking device HID\\TVX0001\\2",
-                                    "EnumerateSupportedDevices: TVX00 found",
-                                    "EnumerateSupportedDevices: NOT removing I2C device HID\\TVX0001\\2"}));
-    EXPECT_EQ(Log(), (Lines{"list HID present", "remove HID\\VID_7A1C&PID_0110&MI_00\\1",
-                            "remove again HID\\VID_7A1C&PID_0110&MI_00\\1", "close"}));
-    EXPECT_EQ(Found().size(), 3u);
-    EXPECT_EQ(mMain.mDevicePresence, 0x146u);
-}
-
-TEST_F(DeviceWalk, ListThatCannotBeMadeLeavesEverythingAsItWas)
-{
-    Tree("fail-list USB\n"
-         "USB USB\\VID_7A1C&PID_0110\\1 live\n");
-    EXPECT_EQ(mMain.EnumerateSupportedDevices("USB", true, true), static_cast<DWORD>(ERROR_INVALID_DATA));
-    RemoveDeviceInfoValue("USB", "VID_7A1C");
-    EXPECT_EQ(Log(), (Lines{"list USB present fails", "list USB all fails"}));
-    EXPECT_EQ(mTrace.Take(), Lines());
-    EXPECT_EQ(mMain.mDevicePresence, 0u);
-}
-
-TEST_F(DeviceWalk, NodeWithoutAReadableIdMatchesNothingAndTheWalkGoesOn)
-{
-    const std::string longTail(250, 'x');
-    Tree("USB USB\\VID_7A1C&PID_0110\\1 fail-id\n"
-         "USB USB\\VID_7A1C&PID_0111\\" +
-         longTail +
-         " live\n"
-         "USB USB\\VID_7A1C&PID_0114\\3 live\n");
-    mMain.EnumerateSupportedDevices("USB", true, false);
-    const Lines records = mTrace.Take();
-    ASSERT_EQ(records.size(), 7u);
-    EXPECT_EQ(records[0].rfind("Assert:(cmret == CR_SUCCESS) in ", 0), 0u) << records[0];
-    EXPECT_EQ(records[1], "EnumerateSupportedDevices: Checking device ");
-    // An id longer than any that Windows has arrives cut.
-    EXPECT_EQ(records[2].rfind("Assert:(cmret == CR_SUCCESS) in ", 0), 0u) << records[2];
-    EXPECT_EQ(records[3].size(), std::string("EnumerateSupportedDevices: Checking device ").size() + 200);
-    EXPECT_EQ(Found(), (Lines{"VID_7A1C&PID_0111", "VID_7A1C&PID_0114"}));
-}
-
-TEST_F(DeviceWalk, OwnDataFileCountsOnlyWhenItExists)
-{
-    Tree("USB USB\\VID_7A1C&PID_0392\\1 live\n");
-    mMain.EnumerateSupportedDevices("USB", true, false);
-    EXPECT_EQ(mMain.mProductName, "VID_7A1C_PID_0392");
-    EXPECT_EQ(mMain.mOemDataFile, ".\\isdoem.dat");
-
-    File("VID_7A1C_PID_0392.dat", "");
-    mMain.EnumerateSupportedDevices("USB", true, false);
-    EXPECT_EQ(mMain.mOemDataFile, ".\\VID_7A1C_PID_0392.dat");
+    EXPECT_FALSE(mMain.IsProductAttached(""));
 }
 
 TEST_F(DeviceWalk, LastDeviceWithOwnDataNamesTheProductAndTheLastFileFoundStays)
 {
-    File("VID_7A1C_PID_0392.dat", "");
-    Tree("USB USB\\VID_7A1C&PID_0392\\1 live\n"
-         "USB USB\\VID_7A1C&PID_03A1\\2 live\n"
+    mFolder.Write("VID_7A1C_PID_0392.dat", "");
+    Tree("USB USB\\VID_7A1C&PID_0392\\1 live\nUSB USB\\VID_7A1C&PID_03A1\\2 live\n"
          "USB USB\\VID_7A1C&PID_0110\\3 live\n");
     mMain.EnumerateSupportedDevices("USB", true, false);
     EXPECT_EQ(mMain.mProductName, "VID_7A1C_PID_03A1");
     EXPECT_EQ(mMain.mOemDataFile, ".\\VID_7A1C_PID_0392.dat");
 }
 
-// A hardware key below HKEY_CURRENT_USER with the two values that a device has there.
-void MakeKey(const std::string &name)
-{
-    CRegKey key;
-    ASSERT_EQ(RegCreateKeyExA(HKEY_CURRENT_USER, (kTestKey + ("\\" + name)).c_str(), 0, nullptr, 0, KEY_ALL_ACCESS,
-                              nullptr, key.Receive(), nullptr),
-              ERROR_SUCCESS);
-    for (const char *value : {"DeviceInfo", "PortName"}) {
-        RegSetValueExA(key.Get(), value, 0, REG_SZ, reinterpret_cast<const BYTE *>("x"), 2);
-    }
-}
-
-Lines ValuesOf(const std::string &name)
-{
-    CRegKey key;
-    RegOpenKeyExA(HKEY_CURRENT_USER, (kTestKey + ("\\" + name)).c_str(), 0, KEY_READ, key.Receive());
-    Lines values;
-    for (const char *value : {"DeviceInfo", "PortName"}) {
-        if (RegQueryValueExA(key.Get(), value, nullptr, nullptr, nullptr, nullptr) == ERROR_SUCCESS) {
-            values.push_back(value);
-        }
-    }
-    RegDeleteKeyA(HKEY_CURRENT_USER, (kTestKey + ("\\" + name)).c_str());
-    RegDeleteKeyA(HKEY_CURRENT_USER, kTestKey);
-    return values;
-}
-
 TEST_F(DeviceWalk, DeviceInfoGoesFromTheKeysOfLiveAndRememberedNodes)
 {
-    for (const char *name : {"Live", "Remembered", "Other", "Hid"}) {
-        MakeKey(name);
+    const std::string base = "Software\\TavixDeviceWalkTest";
+    const RegistrySnapshot former(HKEY_CURRENT_USER, base);
+    for (const char *key : {"Live", "Remembered", "Other", "Hid"}) {
+        for (const char *value : {"DeviceInfo", "PortName"}) {
+            EXPECT_TRUE(WriteValue(HKEY_CURRENT_USER, base + "\\" + key, value, RegText("x")));
+        }
     }
-    const std::string key = std::string(" HKCU\\") + kTestKey;
-    Tree("USB usb\\vid_7a1c&pid_0110\\1 live" + key +
-         "\\Live\n"
-         "USB USB\\VID_7A1C&PID_0110\\2 remembered" +
-         key +
-         "\\Remembered\n"
-         "USB USB\\VID_7A1C&PID_0110\\3 live\n"
-         "USB USB\\VID_7A1C&PID_0110\\4 live" +
-         key +
-         "\\Missing\n"
-         "USB USB\\VID_046D&PID_0001\\5 live" +
-         key +
-         "\\Other\n"
-         "HID HID\\VID_7A1C&PID_0110\\6 live" +
-         key + "\\Hid\n");
-    RemoveDeviceInfoValue("USB", "VID_7A1C");
-    EXPECT_EQ(Log(), (Lines{"list USB all", "open key of usb\\vid_7a1c&pid_0110\\1",
-                            "open key of USB\\VID_7A1C&PID_0110\\2", "open key of USB\\VID_7A1C&PID_0110\\3 fails",
-                            "open key of USB\\VID_7A1C&PID_0110\\4 fails", "close"}));
-    EXPECT_EQ(mTrace.Take().size(), 5u);
-    EXPECT_EQ(ValuesOf("Live"), Lines{"PortName"});
-    EXPECT_EQ(ValuesOf("Remembered"), Lines{"PortName"});
-    EXPECT_EQ(ValuesOf("Other"), (Lines{"DeviceInfo", "PortName"}));
-    EXPECT_EQ(ValuesOf("Hid"), (Lines{"DeviceInfo", "PortName"}));
-}
-
-TEST_F(DeviceWalk, EmptyFragmentClearsNothing)
-{
-    Tree("USB USB\\VID_7A1C&PID_0110\\1 live\n");
+    const std::string key = " HKCU\\" + base + "\\";
+    Tree("USB usb\\pen\\1 live" + key + "Live\nUSB USB\\PEN\\2 remembered" + key +
+         "Remembered\nUSB USB\\PEN\\3 live\n" + "USB USB\\PEN\\4 live" + key + "Missing\nUSB USB\\MOUSE\\5 live" + key +
+         "Other\nHID HID\\PEN\\6 live" + key + "Hid\n");
     RemoveDeviceInfoValue("USB", "");
-    EXPECT_EQ(Log(), Lines());
-    EXPECT_EQ(mTrace.Take(), Lines());
+    EXPECT_EQ(Calls(), "");
+    RemoveDeviceInfoValue("USB", "PEN");
+    EXPECT_EQ(Calls(), "list USB all\nopen key of usb\\pen\\1\nopen key of USB\\PEN\\2\nopen key of USB\\PEN\\3 fails\n"
+                       "open key of USB\\PEN\\4 fails\nclose\n");
+    EXPECT_EQ(Records(), "Checking device usb\\pen\\1\nChecking device USB\\PEN\\2\nChecking device USB\\PEN\\3\n"
+                         "Checking device USB\\PEN\\4\nChecking device USB\\MOUSE\\5\n");
+    std::string left;
+    for (const char *name : {"Live", "Remembered", "Other", "Hid"}) {
+        for (const char *value : {"DeviceInfo", "PortName"}) {
+            left +=
+                ReadValue(HKEY_CURRENT_USER, base + "\\" + name, value) ? name + ("." + std::string(value)) + " " : "";
+        }
+    }
+    EXPECT_EQ(left, "Live.PortName Remembered.PortName Other.DeviceInfo Other.PortName Hid.DeviceInfo Hid.PortName ");
+    Tree("fail-list USB\nUSB USB\\PEN\\1 live\n");
+    RemoveDeviceInfoValue("USB", "PEN");
+    EXPECT_EQ(Calls(), "list USB all fails\n");
 }
 
 } // namespace

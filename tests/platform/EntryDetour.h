@@ -11,36 +11,20 @@ class CEntryDetour {
 public:
     template <typename TEntry>
     CEntryDetour(const char *library, const char *entry, TEntry replacement)
-        : mEntry(reinterpret_cast<void *>(GetProcAddress(LoadLibraryA(library), entry)))
+        : mEntry(reinterpret_cast<char *>(GetProcAddress(LoadLibraryA(library), entry)))
     {
-        unsigned char jump[kSize] = {0xE9}; // jmp, relative to the instruction behind it
-        const INT_PTR distance =
-            reinterpret_cast<INT_PTR>(replacement) - reinterpret_cast<INT_PTR>(mEntry) - static_cast<INT_PTR>(kSize);
-        std::memcpy(jump + 1, &distance, sizeof distance);
-        if (mEntry != nullptr) {
-            std::memcpy(mFormer, mEntry, kSize);
-            Write(jump);
-        }
+        DWORD former = 0;
+        VirtualProtect(mEntry, sizeof mFormer, PAGE_EXECUTE_READWRITE, &former);
+        std::memcpy(mFormer, mEntry, sizeof mFormer);
+        const INT_PTR distance = reinterpret_cast<char *>(replacement) - mEntry - INT_PTR{sizeof mFormer};
+        *mEntry = '\xE9'; // jmp, relative to the instruction behind it
+        std::memcpy(mEntry + 1, &distance, sizeof distance);
     }
-    ~CEntryDetour()
-    {
-        if (mEntry != nullptr) {
-            Write(mFormer);
-        }
-    }
+    ~CEntryDetour() { std::memcpy(mEntry, mFormer, sizeof mFormer); }
     CEntryDetour(const CEntryDetour &) = delete;
     CEntryDetour &operator=(const CEntryDetour &) = delete;
 
 private:
-    static constexpr size_t kSize = 5;
-    void Write(const unsigned char *code)
-    {
-        DWORD former = 0;
-        VirtualProtect(mEntry, kSize, PAGE_EXECUTE_READWRITE, &former);
-        std::memcpy(mEntry, code, kSize);
-        VirtualProtect(mEntry, kSize, former, &former);
-        FlushInstructionCache(GetCurrentProcess(), mEntry, kSize);
-    }
-    void *mEntry;
-    unsigned char mFormer[kSize] = {};
+    char *mEntry;
+    char mFormer[5];
 };

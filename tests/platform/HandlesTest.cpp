@@ -21,60 +21,38 @@ struct RecordingPolicy {
 };
 using COwnerUnderTest = COwner<RecordingPolicy>;
 
-TEST(Handles, EachValueIsClosedOnceByItsLastOwner)
+TEST(Handles, EachValueIsClosedOnceByItsLastOwnerAndTheLastErrorStays)
 {
     gClosed.clear();
     {
-        COwnerUnderTest first(1);
-        COwnerUnderTest second(2);
-        COwnerUnderTest moved(std::move(first));
+        COwnerUnderTest first(1), second(2), moved(std::move(first));
         EXPECT_FALSE(first);
         moved = std::move(second); // 1 goes
         EXPECT_EQ(gClosed, std::vector<int>{1});
         EXPECT_EQ(moved.Get(), 2);
         COwnerUnderTest released(3);
         EXPECT_EQ(released.Release(), 3);
-        const COwnerUnderTest invalid(-1);
-        EXPECT_FALSE(invalid);
+        EXPECT_FALSE(COwnerUnderTest(-1));
         COwnerUnderTest received(4);
         *received.Receive() = 5; // 4 goes
         received.Reset(5);       // the same value again is no reason to close it
         EXPECT_EQ(gClosed, (std::vector<int>{1, 4}));
-    }
-    EXPECT_EQ(gClosed, (std::vector<int>{1, 4, 5, 2}));
-}
-
-TEST(Handles, ClosingLeavesTheLastErrorAlone)
-{
-    gClosed.clear();
-    {
-        const COwnerUnderTest owner(1);
         SetLastError(ERROR_FILE_NOT_FOUND);
     }
     EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_FILE_NOT_FOUND));
-    EXPECT_EQ(gClosed.size(), 1u);
+    EXPECT_EQ(gClosed, (std::vector<int>{1, 4, 5, 2}));
 }
 
-TEST(Handles, FailureValuesOwnNothing)
-{
-    EXPECT_FALSE(CHandle());
-    EXPECT_FALSE(CHandle(INVALID_HANDLE_VALUE));
-    EXPECT_FALSE(CFindHandle());
-    EXPECT_FALSE(CFindHandle(INVALID_HANDLE_VALUE));
-    EXPECT_FALSE(CRegKey());
-    EXPECT_FALSE(CLibrary());
-    EXPECT_FALSE(CLocalMemory());
-}
-
-TEST(Handles, KernelObjectIsClosed)
+TEST(Handles, KernelObjectIsClosedAndFailureValuesOwnNothing)
 {
     CHandle event(CreateEventA(nullptr, TRUE, TRUE, nullptr));
-    ASSERT_TRUE(event);
     const HANDLE handle = event.Get();
     DWORD flags = 0;
-    ASSERT_TRUE(GetHandleInformation(handle, &flags));
+    ASSERT_TRUE(event && GetHandleInformation(handle, &flags));
     event.Reset();
     EXPECT_FALSE(GetHandleInformation(handle, &flags));
+    EXPECT_FALSE(CHandle() || CHandle(INVALID_HANDLE_VALUE) || CFindHandle() || CFindHandle(INVALID_HANDLE_VALUE) ||
+                 CRegKey() || CLibrary() || CLocalMemory());
 }
 
 } // namespace

@@ -1,110 +1,116 @@
-// What the pre-flight leaves in the object, and the check of a group's files, which no run calls by itself.
+// What the decisions in front of a run leave in the object, and what no run shows from outside.
 #include <gtest/gtest.h>
 
 #include <windows.h>
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
-#include "../system/Registry.h"
+#include "../system/PendingRenames.h"
 #include "Common/DriverNames.h"
+#include "Actions/RegAccess.h"
+#include "Common/Status.h"
 #include "Common/TraceFile.h"
 #include "Installer/CWinInstallMain.h"
+#include "Installer/EarlierInstallation.h"
 #include "Installer/ScriptAccess.h"
 #include "ScratchFolder.h"
 #include "TraceCapture.h"
 
 namespace {
 
+// Takes the globals and the trace's own file back that an object of the installer leaves behind.
 class Preflight : public testing::Test {
 protected:
-    Preflight()
-    {
-        GetCurrentDirectoryA(sizeof mFormerFolder, mFormerFolder);
-        mFormerScript = mConfigFile;
-    }
     ~Preflight() override
     {
         mConfigFile = mFormerScript;
         mDriverType = mFormerType;
-        SetCurrentDirectoryA(mFormerFolder);
+        for (const std::string &trace : mTraces) {
+            DeleteFileA(trace.c_str());
+        }
     }
     void Script(const std::string &text) { mConfigFile = mScratch.Write("installer.dat", text); }
 
     CScratchFolder mScratch;
-    std::string mFormerScript;
-    int32_t mFormerType = mDriverType;
-    char mFormerFolder[MAX_PATH] = {};
+    std::vector<std::string> mTraces;
+    const std::string mFormerScript = mConfigFile;
+    const int32_t mFormerType = mDriverType;
 };
 
 TEST_F(Preflight, KeepsWhatRegistryAndScriptSayOfOemDataAndOfTheKindOfPackage)
 {
     const struct {
-        std::string registry, script;
-        uint32_t allowOem;
-        uint32_t kind;
-    } rows[] = {
-        {"", "", 0, 0},
-        {"1", "", 1, 0},
-        {"", "AllowOEM=1\r\nVISD=1\r\n", 1, 3},
-        {"1", "AllowOEM=0\r\nTOUCH=1\r\nVISD=1\r\n", 0, 2},
-        {"0", "AllowOEM=2\r\n", 2, 0},
-    };
+        DWORD registry; // 99 for none
+        const char *script;
+        uint32_t allowOem, kind;
+    } rows[] = {{99, "", 0, 0},
+                {1, "ISD=1\r\n", 1, 1},
+                {99, "AllowOEM=1\r\nISD=7\r\nVISD=1\r\n", 1, 3},
+                {1, "AllowOEM=0\r\nISD=1\r\nTOUCH=1\r\nVISD=1\r\n", 0, 2},
+                {0, "AllowOEM=2\r\nTOUCH=9\r\n", 2, 2}};
+    const char key[] = "Software\\TAVIX\\Installer";
+    const RegistrySnapshot former(HKEY_LOCAL_MACHINE, key);
     for (const auto &row : rows) {
-        Settings settings;
-        if (!row.registry.empty()) {
-            settings.Number("AllowOEM", std::stoul(row.registry));
+        RemoveValue(HKEY_LOCAL_MACHINE, key, "AllowOEM");
+        if (row.registry != 99) {
+            WriteValue(HKEY_LOCAL_MACHINE, key, "AllowOEM", RegNumber(row.registry));
         }
-        Script("[MAIN]\r\nVersion=1.10\r\nPrefType=Pen_Tablet\r\nLanguages=English\r\n" + row.script);
-        std::string trace;
-        {
-            CWinInstallMain main("/s", false);
-            trace = TraceSinkPath();
-            EXPECT_EQ(main.Run(GetModuleHandleA(nullptr), nullptr, SW_HIDE), 0u);
-            EXPECT_EQ(main.mAllowOEM, row.allowOem) << row.registry << " " << row.script;
-            EXPECT_EQ(main.mDriverKind, row.kind) << row.script;
-            EXPECT_EQ(main.mProductMask, 3u);
-        }
-        DeleteFileA(trace.c_str());
+        Script(std::string("[MAIN]\r\nVersion=1.10\r\nPrefType=Pen_Tablet\r\nLanguages=English\r\n") + row.script);
+        CWinInstallMain main("/s", false);
+        mTraces.push_back(TraceSinkPath());
+        main.Run(GetModuleHandleA(nullptr), nullptr, SW_HIDE);
+        EXPECT_EQ(main.mAllowOEM, row.allowOem) << row.script;
+        EXPECT_EQ(main.mDriverKind, row.kind) << row.script;
     }
 }
 
 TEST_F(Preflight, AGroupHasItsFilesWhenMainKnowsItAndAllOfItsListAreThere)
 {
-    mScratch.Write("here.txt", "");
     Script("[MAIN]\r\nPlain=1\r\nListed=1\r\nMissing=1\r\nGap=1\r\nEmpty=\r\n"
-           "[OSSupportedFiles]\r\nListed=!WINDOWS!;!SYSTEM!\\\\kernel32.dll;here.txt\r\n"
-           "Missing=here.txt;!TEMP!no such file;also missing\r\nGap=here.txt;;here.txt\r\nUnknown=here.txt\r\n");
-    char temp[MAX_PATH] = {};
-    GetTempPathA(sizeof temp, temp);
-    const struct {
-        const char *group;
-        bool answer;
-        std::string traced;
-    } rows[] = {
-        {"Plain", true, ""},
-        {"Listed", true, ""},
-        {"Missing", false, std::string("File ") + temp + "no such file missing"},
-        {"Gap", false, "File  missing"},
-        {"Empty", false, "Command Empty missing from main section"},
-        {"Unknown", false, "Command Unknown missing from main section"},
-    };
-    std::string ownTrace;
-    {
-        CWinInstallMain main("", false);
-        ownTrace = TraceSinkPath();
-        CTraceCapture records;
-        SetCurrentDirectoryA(mScratch.Path("").c_str());
-        for (const auto &row : rows) {
-            records.Take();
-            EXPECT_EQ(main.CheckGroupFiles(row.group), row.answer) << row.group;
-            const std::vector<std::string> expected =
-                row.traced.empty() ? std::vector<std::string>() : std::vector<std::string>{row.traced};
-            EXPECT_EQ(records.Take(), expected) << row.group;
+           "[OSSupportedFiles]\r\nListed=!WINDOWS!;!SYSTEM!\\\\kernel32.dll\r\n"
+           "Missing=!WINDOWS!;no such file;also missing\r\nGap=!WINDOWS!;;!WINDOWS!\r\nUnknown=!WINDOWS!\r\n");
+    static const char *const kRows[][2] = {{"Plain", ""},
+                                           {"Listed", ""},
+                                           {"Missing", "File no such file missing"},
+                                           {"Gap", "File  missing"},
+                                           {"Empty", "Command Empty missing from main section"},
+                                           {"Unknown", "Command Unknown missing from main section"}};
+    CWinInstallMain main("", false);
+    mTraces.push_back(TraceSinkPath());
+    CTraceCapture capture;
+    for (const auto &[group, traced] : kRows) {
+        EXPECT_EQ(main.CheckGroupFiles(group), *traced == '\0') << group;
+        std::string records; // without those of a thread that may be ending
+        for (const std::string &record : capture.Take()) {
+            records += record.compare(0, 5, "File ") == 0 || record.compare(0, 8, "Command ") == 0 ? record : "";
         }
-        SetCurrentDirectoryA(mFormerFolder);
+        EXPECT_EQ(records, traced) << group;
     }
-    DeleteFileA(ownTrace.c_str());
+}
+
+TEST_F(Preflight, OnlyTheStopAtTheVirtualHidDriverKeepsItsRegistryLocation)
+{
+    const char key[] = "SYSTEM\\CurrentControlSet\\Services\\vhidmini";
+    const RegistrySnapshot former(HKEY_LOCAL_MACHINE, key);
+    CWinInstallMain main("", false);
+    mTraces.push_back(TraceSinkPath());
+    mDriverType = EDriverConPen;
+    const PendingRenames renames;
+    renames.Set();
+    EXPECT_FALSE(IsServiceConfigDirty());
+    EXPECT_FALSE(main.MustRebootBeforeInstall());
+    EXPECT_EQ(PopRegLocation(), TVXSTATUS_KEY_NOT_FOUND);
+    WriteValue(HKEY_LOCAL_MACHINE, key, "DisplayName", RegText("tavix virtual hid driver"));
+    EXPECT_TRUE(main.MustRebootBeforeInstall());
+    EXPECT_EQ(PopRegLocation(), TVXSTATUS_SUCCESS);
+    EXPECT_EQ(PopRegLocation(), TVXSTATUS_KEY_NOT_FOUND);
+    for (const int32_t type : {0, 0x8000, 0x104, 0x10F}) { // without a package of their own
+        mDriverType = type;
+        const CTraceCapture trace;
+        EXPECT_FALSE(main.VHIDObsolete()) << type;
+    }
 }
 
 } // namespace

@@ -4,7 +4,7 @@
 #include "../system/Machine.h"
 #include "../system/Registry.h"
 #include "Common/CSystemState.h"
-#include "Common/RegAccess.h"
+#include "Actions/RegAccess.h"
 #include "TraceCapture.h"
 
 #include <gtest/gtest.h>
@@ -13,21 +13,18 @@ using Records = std::vector<std::string>;
 
 const std::string kBase = "Software\\TAVIX\\Tests\\Registry"; // below HKEY_LOCAL_MACHINE
 
-// A location as scripts give it, with a leading back-slash, or as the primitives hand it on, without.
-inline RegLocation At(const std::string &below = "")
-{
-    RegLocation location;
-    location.mRootKey = kRootLocalMachine;
-    location.mPath = "\\" + kBase + (below.empty() ? "" : "\\" + below);
-    return location;
-}
-
+// A location as the primitives hand it on, without a leading back-slash, or as scripts give it, with one.
 inline RegLocation Plain(const std::string &path)
 {
     RegLocation location;
     location.mRootKey = kRootLocalMachine;
     location.mPath = path;
     return location;
+}
+
+inline RegLocation At(const std::string &below = "")
+{
+    return Plain("\\" + kBase + (below.empty() ? "" : "\\" + below));
 }
 
 class RegistryTest : public ::testing::Test {

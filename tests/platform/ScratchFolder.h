@@ -3,24 +3,38 @@
 
 #include <string>
 
+#include "../system/Files.h"
+
 class CScratchFolder {
 public:
-    CScratchFolder();
-    ~CScratchFolder();
+    CScratchFolder() { MakeFolders(mFolder); }
+    ~CScratchFolder() { RemoveTree(mFolder); }
     CScratchFolder(const CScratchFolder &) = delete;
     CScratchFolder &operator=(const CScratchFolder &) = delete;
 
     std::string Path(const std::string &name) const { return mFolder + "\\" + name; }
 
     // Writes a file with this content, bytes as they are, and answers its path.
-    std::string Write(const std::string &name, const std::string &content) const;
+    std::string Write(const std::string &name, const std::string &content) const
+    {
+        WriteText(Path(name), content);
+        return Path(name);
+    }
 
 private:
-    std::string mFolder;
+    const std::string mFolder = FreeTempName("scratch");
 };
 
 // The whole content of a file, bytes as they are; empty when it cannot be read.
-std::string ReadBytes(const std::string &path);
+inline std::string ReadBytes(const std::string &path)
+{
+    return ReadText(path);
+}
 
 // Path of a stand-in by its name in the folder doubles beside the test program.
-std::string BuiltDouble(const std::string &name);
+inline std::string BuiltDouble(const std::string &name)
+{
+    char program[MAX_PATH];
+    const std::string path(program, GetModuleFileNameA(nullptr, program, sizeof program));
+    return path.substr(0, path.rfind('\\')) + "\\doubles\\" + name;
+}

@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "../system/Files.h"
+
 // From its making to its end the trace goes to a file in the temporary folder; the switches of the trace
 // are put back at the end.
 class CTraceCapture {
@@ -17,7 +19,7 @@ public:
     std::vector<std::string> Take();
 
 private:
-    std::string mPath;
+    const std::string mPath = FreeTempName("TraceCapture");
     size_t mTaken = 0;
     int mLevel;
     bool mTraceToDebugOut;

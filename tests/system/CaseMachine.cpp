@@ -1,9 +1,12 @@
 #include "CaseMachine.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <sstream>
 
 #include "Fixture.h"
+#include "PendingRenames.h"
+#include "TestService.h"
 
 namespace {
 
@@ -91,8 +94,8 @@ RegData ParseData(const std::string &text)
     if (type == "dword") {
         return RegNumber(static_cast<DWORD>(std::stoul(data, nullptr, 0)));
     }
-    if (type == "binary") {
-        RegData binary{REG_BINARY, ""};
+    if (type == "binary" || type == "short") {
+        RegData binary{static_cast<DWORD>(type == "short" ? REG_DWORD : REG_BINARY), ""};
         for (size_t at = 0; at + 1 < data.size(); at += 2) {
             binary.mBytes += static_cast<char>(std::stoi(data.substr(at, 2), nullptr, 16));
         }
@@ -104,6 +107,9 @@ RegData ParseData(const std::string &text)
             c = c == '|' ? '\0' : c;
         }
         return {REG_MULTI_SZ, list + '\0'};
+    }
+    if (type == "none") {
+        return {REG_NONE, ""};
     }
     return RegText(data, type == "expand" ? REG_EXPAND_SZ : REG_SZ);
 }
@@ -142,6 +148,103 @@ AssertionResult Demand(bool holds, bool wanted, const std::string &found)
     return holds == wanted ? AssertionSuccess() : AssertionFailure() << "found " << found;
 }
 
+std::string SystemFolder()
+{
+    char folder[MAX_PATH] = {};
+    GetSystemDirectoryA(folder, sizeof folder);
+    return folder;
+}
+
+std::string ProgramFolder(EView view)
+{
+    return ReadRegText(HKEY_LOCAL_MACHINE, "SOFTWARE\\Microsoft\\Windows\\CurrentVersion", "ProgramFilesDir", view);
+}
+
+// A stand-in with another product version.
+std::string ProgramOf(const std::string &version)
+{
+    static const std::string kText = "5.3.5-5"; // what the stand-in says
+    std::string content = ReadText(DoublePath("versions\\Version32.dll"));
+    std::string wide;
+    for (const char c : kText) {
+        wide += {c, '\0'};
+    }
+    const size_t at = content.find(wide);
+    if (version.size() != kText.size() || at == std::string::npos) {
+        return "no version";
+    }
+    for (size_t i = 0; i < kText.size(); ++i) {
+        content[at + 2 * i] = version[i];
+    }
+    return content;
+}
+
+// Runs a program to its end; one of the system below Wine may outlive the call.
+bool Execute(const std::string &folder, std::string line)
+{
+    STARTUPINFOA start = {};
+    start.cb = sizeof start;
+    PROCESS_INFORMATION process = {};
+    if (!CreateProcessA(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr, folder.c_str(), &start, &process)) {
+        return false;
+    }
+    const bool ended = WaitForSingleObject(process.hProcess, 60000) == WAIT_OBJECT_0;
+    CloseHandle(process.hThread);
+    CloseHandle(process.hProcess);
+    return ended;
+}
+
+// A link to a folder, taken away with the object. Wine has links of the system below it alone, and takes none away.
+class FolderLink {
+public:
+    FolderLink(std::string folder, const std::string &link, const std::string &target)
+        : mFolder(std::move(folder)), mLink(link)
+    {
+        Execute(mFolder, OnWine() ? "\\\\?\\unix\\bin\\ln -sr " + Slashes(target) + " " + Slashes(link)
+                                  : "cmd.exe /c mklink /j " + link + " " + target);
+    }
+    ~FolderLink()
+    {
+        Execute(mFolder, OnWine() ? "\\\\?\\unix\\bin\\rm -f " + Slashes(mLink) : "cmd.exe /c rmdir " + mLink);
+        WaitFor(false);
+    }
+    FolderLink(const FolderLink &) = delete;
+    FolderLink &operator=(const FolderLink &) = delete;
+    bool Made() const { return WaitFor(true); }
+
+private:
+    static std::string Slashes(std::string path)
+    {
+        std::replace(path.begin(), path.end(), '\\', '/');
+        return path;
+    }
+    bool WaitFor(bool present) const
+    {
+        const std::string path = mFolder + "\\" + mLink;
+        for (int tries = 200; FolderExists(path) != present && tries > 0; --tries) {
+            Sleep(10);
+        }
+        return FolderExists(path) == present;
+    }
+
+    std::string mFolder;
+    std::string mLink;
+};
+
+// What waits for the next start of Windows, paths of the package by their names there.
+std::string Waiting(const std::string &folder)
+{
+    const std::vector<std::string> list = PendingRenames::List();
+    std::string text;
+    for (size_t at = 0; at + 1 < list.size(); at += 2) {
+        text += (at == 0 ? "" : ", ") + list[at] + (list[at + 1].empty() ? "" : " > " + list[at + 1]);
+    }
+    for (size_t at; (at = text.find(folder + "\\")) != std::string::npos;) {
+        text.erase(at, folder.size() + 1);
+    }
+    return text;
+}
+
 // The view of folders that a line asks for.
 std::unique_ptr<RedirectionOff> ViewOf(const std::string &line)
 {
@@ -154,7 +257,14 @@ std::string CaseMachine::Expanded(std::string text) const
 {
     const std::pair<const char *, std::string> names[] = {{"%PACKAGE%", mPackage.Folder()},
                                                           {"%TEMP%", mPackage.Temp()},
-                                                          {"%DOUBLES%", EnvironmentText("TAVIX_DOUBLES")}};
+                                                          {"%DOUBLES%", EnvironmentText("TAVIX_DOUBLES")},
+                                                          {"%SYSTEM%", SystemFolder()},
+                                                          {"%WINDOWS%", EnvironmentText("windir")},
+                                                          {"%APPDATA%", EnvironmentText("APPDATA")},
+                                                          {"%COMMONDATA%", EnvironmentText("ALLUSERSPROFILE")},
+                                                          {"%PUBLIC%", EnvironmentText("PUBLIC")},
+                                                          {"%PROGRAMS%", ProgramFolder(EView64)},
+                                                          {"%PROGRAMS32%", ProgramFolder(EView32)}};
     for (const auto &name : names) {
         for (size_t at = text.find(name.first); at != std::string::npos; at = text.find(name.first, at)) {
             text.replace(at, strlen(name.first), name.second);
@@ -174,7 +284,8 @@ AssertionResult CaseMachine::SetUp(const std::string &line)
     const std::string text = Expanded(line);
     const auto view = ViewOf(text);
     const std::string verb = text.substr(0, text.find(' '));
-    const Sides sides = Cut(text.substr(std::min(text.size(), verb.size() + 1)), verb == "copy" ? " ->" : " =");
+    const Sides sides =
+        Cut(text.substr(std::min(text.size(), verb.size() + 1)), verb == "copy" || verb == "link" ? " ->" : " =");
     const std::string path = Place(sides.mLeft);
     bool done = true;
     if (verb == "text") {
@@ -190,17 +301,52 @@ AssertionResult CaseMachine::SetUp(const std::string &line)
     } else if (verb == "locked") {
         const auto lock = std::make_shared<LockedFile>(path);
         done = lock->Held();
-        mOwners.push_back(lock);
+        mLocks.push_back(lock);
+    } else if (verb == "unlock") {
+        mLocks.clear();
+    } else if (verb == "restart") {
+        done = Execute(".", "wineboot.exe -r");
+    } else if (verb == "link") {
+        const auto link = std::make_shared<FolderLink>(mPackage.Folder(), sides.mLeft, sides.mRight);
+        done = link->Made();
+        mOwners.push_back(link);
     } else if (verb == "written") {
         done = SetWritten(path, sides.mRight);
     } else if (verb == "setting") {
         mSettings = mSettings ? mSettings : std::make_shared<Settings>();
-        mSettings->Data(sides.mLeft, ParseData(sides.mRight));
+        done = mSettings->Data(sides.mLeft, ParseData(sides.mRight));
     } else if (verb == "keep") {
         const KeyPlace key = ParseKey(sides.mLeft);
         mOwners.push_back(std::make_shared<RegistrySnapshot>(key.mRoot, key.mPath));
     } else if (verb == "scratch") {
-        mOwners.push_back(std::make_shared<Scratch>(path));
+        const bool whole = view != nullptr;
+        mOwners.push_back(std::shared_ptr<Scratch>(new Scratch(path), [whole](Scratch *scratch) {
+            const auto off = whole ? std::make_unique<RedirectionOff>() : nullptr;
+            delete scratch;
+        }));
+    } else if (verb == "program") {
+        done = WriteText(path, ProgramOf(sides.mRight));
+    } else if (verb == "renames") {
+        const auto renames = std::make_shared<PendingRenames>();
+        if (sides.mLeft != "-") {
+            renames->Set(path);
+        }
+        mOwners.push_back(renames);
+    } else if (verb == "service") {
+        const size_t blank = sides.mLeft.find(' ');
+        const auto service = MakeTestService(sides.mLeft.substr(0, blank), sides.mLeft.substr(blank + 1) == "dirty");
+        done = service != nullptr;
+        mOwners.push_back(service);
+    } else if (verb == "mutex") {
+        mOwners.push_back(std::shared_ptr<void>(CreateMutexA(nullptr, FALSE, sides.mLeft.c_str()), CloseHandle));
+    } else if (text.compare(0, 8, "no file ") == 0) {
+        done = DeleteFileA(Place(text.substr(8)).c_str()) != FALSE;
+    } else if (text.compare(0, 9, "no value ") == 0) {
+        const KeyPlace key = ParseKey(text.substr(9));
+        RemoveValue(key.mRoot, key.mPath, key.mName, key.mView);
+    } else if (text.compare(0, 7, "no key ") == 0) {
+        const KeyPlace key = ParseKey(text.substr(7));
+        RemoveKey(key.mRoot, key.mPath, key.mView);
     } else if (verb == "value") {
         const KeyPlace key = ParseKey(sides.mLeft);
         done = WriteValue(key.mRoot, key.mPath, key.mName, ParseData(sides.mRight), key.mView);
@@ -246,11 +392,20 @@ AssertionResult CaseMachine::Check(const std::string &line) const
         }
         return Demand(FolderExists(path) && tree == sides.mRight, wanted, tree);
     }
+    if (verb == "waiting") {
+        const std::string waiting = Waiting(mPackage.Folder());
+        return Demand(waiting == sides.mLeft, wanted, waiting);
+    }
     if (verb == "value") {
         const KeyPlace key = ParseKey(sides.mLeft);
         const std::optional<RegData> data = ReadValue(key.mRoot, key.mPath, key.mName, key.mView);
         const bool holds = data.has_value() && (!wanted || *data == ParseData(sides.mRight));
         return Demand(holds, wanted, Shown(data));
+    }
+    if (verb == "unicode") {
+        const KeyPlace key = ParseKey(sides.mLeft);
+        const std::string data = ReadRegUnicode(key.mRoot, key.mPath, key.mName, key.mView);
+        return Demand(data == sides.mRight, wanted, data);
     }
     if (verb == "key") {
         const KeyPlace key = ParseKey(sides.mLeft);

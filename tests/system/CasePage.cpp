@@ -2,7 +2,10 @@
 
 #include <algorithm>
 #include <cctype>
+#include <optional>
+#include <regex>
 #include <sstream>
+#include <utility>
 
 #include "Files.h"
 #include "TraceLog.h"
@@ -27,6 +30,75 @@ bool IsScript(const CaseBlock &block)
     return block.mKind == "ini" || block.mKind == "steps";
 }
 
+using Row = std::vector<std::string>;
+
+// The cells of a table's line, without blanks and back-ticks around them.
+Row Cells(const std::string &line)
+{
+    Row cells;
+    std::istringstream stream(line.substr(1));
+    for (std::string cell; std::getline(stream, cell, '|');) {
+        const size_t first = cell.find_first_not_of(" `");
+        cells.push_back(first == std::string::npos ? "" : cell.substr(first, cell.find_last_not_of(" `") - first + 1));
+    }
+    return cells;
+}
+
+// Puts the cells of a row into a block; answers whether it names one.
+bool Fill(const Row &names, const Row &row, CaseBlock *block_IO)
+{
+    bool named = false;
+    std::string filled;
+    for (std::string line : Lines(block_IO->mText)) {
+        bool wanted = true;
+        for (size_t i = 0; i < std::min(names.size(), row.size()); ++i) {
+            const std::string mark = "{" + names[i] + "}";
+            for (size_t at = 0; (at = line.find(mark, at)) != std::string::npos; at += row[i].size()) {
+                line.replace(at, mark.size(), row[i]);
+                named = true;
+                wanted = wanted && row[i] != "-";
+            }
+        }
+        filled += wanted ? line + "\n" : "";
+    }
+    block_IO->mText = std::regex_replace(filled, std::regex("<br>"), "\n");
+    return named;
+}
+
+// The cases that a table makes of one: the case itself when it names no column.
+std::vector<Case> FilledCases(const Case &test, const std::vector<Row> &table)
+{
+    std::vector<Case> cases;
+    for (size_t row = 1; row < table.size(); ++row) {
+        Case filled = test;
+        filled.mName += "_" + std::to_string(row);
+        bool named = Fill(table[0], table[row], &filled.mScript);
+        for (auto *blocks : {&filled.mFiles, &filled.mBefore, &filled.mAfter}) {
+            for (CaseBlock &block : *blocks) {
+                named = Fill(table[0], table[row], &block) || named;
+            }
+        }
+        if (!named) {
+            return {test};
+        }
+        cases.push_back(filled);
+    }
+    return cases.empty() ? std::vector<Case>{test} : cases;
+}
+
+std::string Repeated(std::string line)
+{
+    static const std::regex kMany("%([0-9]+)\\*([^%]*)%");
+    for (std::smatch found; std::regex_search(line, found, kMany);) {
+        std::string many;
+        for (int count = std::stoi(found[1]); count > 0; --count) {
+            many += found[2];
+        }
+        line.replace(static_cast<size_t>(found.position()), static_cast<size_t>(found.length()), many);
+    }
+    return line;
+}
+
 // Puts the blocks of a page together, one after the other.
 class CasePage {
 public:
@@ -42,19 +114,39 @@ public:
             mNext.mPage = mPage;
             mNext.mName = TestName(heading, block.mLine);
             mNext.mScript = block;
-            mCases->push_back(mNext);
-            mNext = Case();
-            mOpen = true;
+            Finish();
+            mOpen = std::exchange(mNext, Case());
+            mTable = std::exchange(mNextTable, {});
         } else if (mOpen && !block.mKind.empty()) {
-            mCases->back().mAfter.push_back(block);
+            mOpen->mAfter.push_back(block);
         }
+    }
+
+    // A line of a table; the one below its head is dashes alone.
+    void TakeRow(const std::string &line, bool first)
+    {
+        if (first) {
+            mNextTable.clear();
+        }
+        if (line.find_first_not_of("|-: ") != std::string::npos) {
+            mNextTable.push_back(Cells(line));
+        }
+    }
+
+    void Finish()
+    {
+        for (const Case &test : mOpen ? FilledCases(*mOpen, mTable) : std::vector<Case>()) {
+            mCases->push_back(test);
+        }
+        mOpen.reset();
     }
 
 private:
     std::string mPage;
     std::vector<Case> *mCases;
     Case mNext;
-    bool mOpen = false;
+    std::optional<Case> mOpen;
+    std::vector<Row> mNextTable, mTable;
 };
 
 void ReadPage(const std::string &folder, const std::string &name, std::vector<Case> *cases_O)
@@ -64,6 +156,7 @@ void ReadPage(const std::string &folder, const std::string &name, std::vector<Ca
     std::string heading;
     CaseBlock block;
     bool inside = false;
+    bool table = false;
     size_t number = 0;
     for (std::string line; std::getline(lines, line);) {
         ++number;
@@ -77,11 +170,15 @@ void ReadPage(const std::string &folder, const std::string &name, std::vector<Ca
             inside = !inside;
             block = {number, line.substr(3), ""};
         } else if (inside) {
-            block.mText += line + "\n";
+            block.mText += Repeated(line) + "\n";
         } else if (line.compare(0, 1, "#") == 0) {
             heading = line.substr(line.find_first_not_of("# "));
+        } else if (line.compare(0, 1, "|") == 0) {
+            page.TakeRow(Repeated(line), !table);
         }
+        table = !inside && line.compare(0, 1, "|") == 0;
     }
+    page.Finish();
 }
 
 } // namespace

@@ -4,6 +4,8 @@
 #include <fstream>
 #include <iterator>
 
+#include "Machine.h"
+
 std::string ReadText(const std::string &path)
 {
     std::ifstream file(path, std::ios::binary);
@@ -32,6 +34,9 @@ bool FolderExists(const std::string &path)
 
 void MakeFolders(const std::string &path)
 {
+    if (FolderExists(path)) {
+        return;
+    }
     for (size_t at = path.find('\\', 3); at != std::string::npos; at = path.find('\\', at + 1)) {
         CreateDirectoryA(path.substr(0, at).c_str(), nullptr);
     }
@@ -99,72 +104,32 @@ std::vector<std::string> Tree(const std::string &folder)
     return list;
 }
 
-std::string TempFolder()
-{
-    char buffer[MAX_PATH + 1] = {};
-    GetTempPathA(sizeof buffer, buffer);
-    char whole[MAX_PATH + 1] = {};
-    return GetLongPathNameA(buffer, whole, sizeof whole) ? whole : buffer;
-}
-
 std::string FreeTempName(const std::string &stem)
 {
     static unsigned number = 0;
+    char buffer[MAX_PATH + 1] = {};
+    GetTempPathA(sizeof buffer, buffer);
+    char whole[MAX_PATH + 1] = {};
+    const std::string folder = GetLongPathNameA(buffer, whole, sizeof whole) ? whole : buffer;
     std::string name;
     do {
-        name = TempFolder() + stem + "-" + std::to_string(GetCurrentProcessId()) + "-" + std::to_string(++number);
+        name = folder + stem + "-" + std::to_string(GetCurrentProcessId()) + "-" + std::to_string(++number);
     } while (GetFileAttributesA(name.c_str()) != INVALID_FILE_ATTRIBUTES);
     return name;
 }
 
-std::string Escaped(const std::string &path)
-{
-    std::string escaped;
-    for (const char c : path) {
-        escaped.append(c == '\\' ? 2 : 1, c);
-    }
-    return escaped;
-}
-
 LockedFile::LockedFile(const std::string &path)
-    : mFile(CreateFileA(path.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr))
+    : mFile(CreateFileA(path.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr),
+            CloseHandle)
 {
 }
-
-LockedFile::~LockedFile()
-{
-    Release();
-}
-
-void LockedFile::Release()
-{
-    if (Held()) {
-        CloseHandle(mFile);
-        mFile = INVALID_HANDLE_VALUE;
-    }
-}
-
-namespace {
-
-template <typename TFunction>
-TFunction KernelEntry(const char *name)
-{
-    return reinterpret_cast<TFunction>(
-        reinterpret_cast<void *>(GetProcAddress(GetModuleHandleA("kernel32.dll"), name)));
-}
-
-} // namespace
 
 RedirectionOff::RedirectionOff()
 {
-    const auto disable = KernelEntry<BOOL(WINAPI *)(PVOID *)>("Wow64DisableWow64FsRedirection");
-    mOff = disable != nullptr && disable(&mFormer);
-}
-
-RedirectionOff::~RedirectionOff()
-{
-    const auto revert = KernelEntry<BOOL(WINAPI *)(PVOID)>("Wow64RevertWow64FsRedirection");
-    if (mOff && revert != nullptr) {
-        revert(mFormer);
+    const auto disable = Entry<BOOL(WINAPI *)(PVOID *)>("kernel32.dll", "Wow64DisableWow64FsRedirection");
+    const auto revert = Entry<BOOL(WINAPI *)(PVOID)>("kernel32.dll", "Wow64RevertWow64FsRedirection");
+    PVOID former = nullptr;
+    if (disable != nullptr && revert != nullptr && disable(&former)) {
+        mFormer.reset(former, revert);
     }
 }

@@ -3,6 +3,7 @@
 
 #include <windows.h>
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -24,32 +25,33 @@ void RemoveTree(const std::string &path);
 // What a folder holds, at any depth: paths below it, folders with a "\" behind, in alphabetical order.
 std::vector<std::string> Tree(const std::string &folder);
 
-// The folder for temporary files of this test program, with a "\" behind; a file name in it that is free.
-std::string TempFolder();
+// A name that is free in the folder for temporary files of this test program.
 std::string FreeTempName(const std::string &stem);
-
-// The path with every "\" doubled, as a value in a script has it.
-std::string Escaped(const std::string &path);
 
 // A file that is held open, shared with nobody, for as long as the object lives.
 class LockedFile {
 public:
     explicit LockedFile(const std::string &path);
-    ~LockedFile();
-    LockedFile(const LockedFile &) = delete;
-    LockedFile &operator=(const LockedFile &) = delete;
-    bool Held() const { return mFile != INVALID_HANDLE_VALUE; }
-    void Release();
+    bool Held() const { return mFile.get() != INVALID_HANDLE_VALUE; }
 
 private:
-    HANDLE mFile;
+    std::shared_ptr<void> mFile;
 };
 
-// A file or folder outside the package that goes away with the object.
+// A file or folder outside the package that goes away with the object. One that the machine has under this name is
+// put aside meanwhile.
 class Scratch {
 public:
-    explicit Scratch(std::string path) : mPath(std::move(path)) { RemoveTree(mPath); }
-    ~Scratch() { RemoveTree(mPath); }
+    explicit Scratch(std::string path) : mPath(std::move(path))
+    {
+        MoveFileA(mPath.c_str(), (mPath + ".aside").c_str());
+        RemoveTree(mPath);
+    }
+    ~Scratch()
+    {
+        RemoveTree(mPath);
+        MoveFileA((mPath + ".aside").c_str(), mPath.c_str());
+    }
     Scratch(const Scratch &) = delete;
     Scratch &operator=(const Scratch &) = delete;
     const std::string &Path() const { return mPath; }
@@ -62,11 +64,7 @@ private:
 class RedirectionOff {
 public:
     RedirectionOff();
-    ~RedirectionOff();
-    RedirectionOff(const RedirectionOff &) = delete;
-    RedirectionOff &operator=(const RedirectionOff &) = delete;
 
 private:
-    PVOID mFormer = nullptr;
-    bool mOff = false;
+    std::shared_ptr<void> mFormer;
 };

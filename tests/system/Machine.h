@@ -8,6 +8,13 @@
 
 #include "Registry.h"
 
+// An entry of a library that is loaded and not everywhere the same; null when it lacks it.
+template <typename TFunction>
+TFunction Entry(const char *library, const char *name)
+{
+    return reinterpret_cast<TFunction>(reinterpret_cast<void *>(GetProcAddress(GetModuleHandleA(library), name)));
+}
+
 bool OnWine();
 bool On64BitWindows();
 
@@ -17,32 +24,14 @@ std::string EnvironmentText(const char *name);
 // A stand-in by its file name in the folder of the doubles.
 std::string DoublePath(const std::string &name);
 
-// The version of Windows that the installer meets, by its name in Wine: "win2k", "winxp" (32-bit prefix only),
-// "winxp64", "vista", "win7", "win8", "win81", "win10". A real Windows is what it is, and Changed() is then false.
+// The version of Windows that the installer meets on Wine, by its name there: "win2k", "winxp" (32-bit prefix only),
+// "winxp64", "vista", "win7", "win8", "win81", "win10".
 class WindowsVersion {
 public:
     explicit WindowsVersion(const std::string &name, const std::string &program = "TavixSetup.exe");
-    ~WindowsVersion();
-    WindowsVersion(const WindowsVersion &) = delete;
-    WindowsVersion &operator=(const WindowsVersion &) = delete;
-    bool Changed() const { return mChanged; }
 
 private:
-    std::string mKey;
-    std::optional<RegData> mFormer;
-    bool mChanged = false;
-};
-
-// A named mutex held by this program.
-class HeldMutex {
-public:
-    explicit HeldMutex(const char *name) : mMutex(CreateMutexA(nullptr, FALSE, name)) {}
-    ~HeldMutex() { CloseHandle(mMutex); }
-    HeldMutex(const HeldMutex &) = delete;
-    HeldMutex &operator=(const HeldMutex &) = delete;
-
-private:
-    HANDLE mMutex;
+    RegistrySnapshot mFormer;
 };
 
 // Leaves a test that only Wine can run: the versions and languages of Windows are then settings.

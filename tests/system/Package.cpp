@@ -1,8 +1,5 @@
 #include "Package.h"
 
-#include <algorithm>
-#include <cstring>
-
 #include "Files.h"
 #include "Machine.h"
 
@@ -23,36 +20,12 @@ std::string WindowsLines(const std::string &text)
     return lines;
 }
 
-// A path of Windows as the system below Wine knows it; empty on a real Windows.
-std::string UnixPath(const std::string &path)
-{
-    using Namer = char *(CDECL *)(LPCWSTR);
-    const auto name = reinterpret_cast<Namer>(
-        reinterpret_cast<void *>(GetProcAddress(GetModuleHandleA("kernel32.dll"), "wine_get_unix_file_name")));
-    wchar_t wide[MAX_PATH] = {};
-    MultiByteToWideChar(CP_ACP, 0, path.c_str(), -1, wide, MAX_PATH);
-    char *answer = name != nullptr ? name(wide) : nullptr;
-    const std::string unixPath = answer != nullptr ? answer : "";
-    if (answer != nullptr) {
-        HeapFree(GetProcessHeap(), 0, answer);
-    }
-    return unixPath;
-}
-
-std::string ShellQuoted(const std::string &text)
-{
-    std::string quoted = "'";
-    for (const char c : text) {
-        quoted += c == '\'' ? std::string("'\\''") : std::string(1, c);
-    }
-    return quoted + "'";
-}
-
 } // namespace
 
-Package::Package() : mFolder(FreeTempName("tavix-package")), mTemp(mFolder + "-temp")
+Package::Package()
+    : mFolder(FreeTempName("tavix-package")), mTemp(mFolder + "-temp"), mStartFolder(mFolder),
+      mEnvironment({{"TMP", mTemp}, {"TEMP", mTemp}})
 {
-    mStartFolder = mFolder;
     MakeFolders(mFolder);
     MakeFolders(mTemp);
     Program(kProgram);
@@ -154,102 +127,61 @@ RunningSetup Package::Start(const std::string &tail)
     // An older answer, which the run has to replace.
     WriteText(Temp("TavixInstallO.txt"), kOlderOutput);
     if (!mLocale.empty()) {
-        StartInLanguage(tail, &run);
-        return run;
+        run.mExitCodeFile = Temp("exit-code");
+        DeleteFileA(run.mExitCodeFile.c_str());
     }
     STARTUPINFOA startup = {};
     startup.cb = sizeof startup;
     PROCESS_INFORMATION process = {};
-    std::string line = "\"" + Path(mProgram) + "\"" + (tail.empty() ? "" : " ") + tail;
+    std::string line = mLocale.empty() ? "\"" + Path(mProgram) + "\"" + (tail.empty() ? "" : " ") + tail
+                                       : LineInLanguage(tail, run.mExitCodeFile);
     line.push_back('\0');
-    std::vector<char> environment = EnvironmentBlock();
-    if (CreateProcessA(nullptr, line.data(), nullptr, nullptr, FALSE, 0, environment.data(), mStartFolder.c_str(),
-                       &startup, &process)) {
+    SwapEnvironment();
+    const bool started = CreateProcessA(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr, mStartFolder.c_str(),
+                                        &startup, &process) != FALSE;
+    EXPECT_TRUE(started) << "error " << GetLastError() << " when starting " << line;
+    SwapEnvironment();
+    if (started && mLocale.empty()) {
         CloseHandle(process.hThread);
-        run.mProcess = process.hProcess;
         run.mProcessId = process.dwProcessId;
-    } else {
-        ADD_FAILURE() << "error " << GetLastError() << " when starting " << Path(mProgram);
+        run.mProcess.reset(process.hProcess, [](HANDLE running) {
+            TerminateProcess(running, 0xFFFFFFFF);
+            CloseHandle(running);
+        });
     }
     return run;
 }
 
-// This program's environment, with the folder of temporary files and what the test adds.
-std::vector<char> Package::EnvironmentBlock() const
+// Exchanges the variables that a run gets with those of this program, and the next time back.
+void Package::SwapEnvironment()
 {
-    std::vector<std::pair<std::string, std::string>> additions = {{"TMP", mTemp}, {"TEMP", mTemp}};
-    additions.insert(additions.end(), mEnvironment.begin(), mEnvironment.end());
-    std::vector<char> block;
-    const auto append = [&block](const std::string &entry) {
-        block.insert(block.end(), entry.begin(), entry.end());
-        block.push_back('\0');
-    };
-    char *const own = GetEnvironmentStringsA();
-    for (const char *entry = own; *entry != '\0'; entry += std::strlen(entry) + 1) {
-        const bool replaced = std::any_of(additions.begin(), additions.end(), [entry](const auto &addition) {
-            const size_t length = addition.first.size();
-            return _strnicmp(entry, addition.first.c_str(), length) == 0 && entry[length] == '=';
-        });
-        if (!replaced) {
-            append(entry);
-        }
+    for (auto &[name, value] : mEnvironment) {
+        const std::string former = EnvironmentText(name.c_str());
+        SetEnvironmentVariableA(name.c_str(), value.empty() ? nullptr : value.c_str());
+        value = former;
     }
-    FreeEnvironmentStringsA(own);
-    for (const auto &[name, value] : additions) {
-        append(name + "=" + value);
-    }
-    block.push_back('\0');
-    return block;
 }
 
 // Wine takes its language from the environment that it is started with and not from the one that a Windows program
 // hands on, so the run takes a way through the shell below, which reports the exit code in a file. On this way the
 // folder of temporary files is the user's own again: a batch file sets it anew.
-void Package::StartInLanguage(const std::string &tail, RunningSetup *run_O)
+std::string Package::LineInLanguage(const std::string &tail, const std::string &exitCodeFile)
 {
-    run_O->mExitCodeFile = Temp("exit-code");
-    DeleteFileA(run_O->mExitCodeFile.c_str());
-    std::string batch = "@set TMP=" + mTemp + "\r\n@set TEMP=" + mTemp + "\r\n";
+    std::string batch = "@cd /d " + mStartFolder + "\r\n";
     for (const auto &[name, value] : mEnvironment) {
         batch += "@set " + name + "=" + value + "\r\n";
     }
     WriteText(Temp("run.bat"), batch + "@\"" + Path(mProgram) + "\" " + tail + "\r\n@exit %errorlevel%\r\n");
-    const std::string codeFile = UnixPath(Temp("exit-code"));
-    WriteText(Temp("run.sh"), "cd " + ShellQuoted(UnixPath(mStartFolder)) + "\nLC_ALL=" + ShellQuoted(mLocale) +
-                                  " wine cmd /c " + ShellQuoted(Temp("run.bat")) +
-                                  " </dev/null >/dev/null 2>&1\necho $? >" + ShellQuoted(codeFile + ".part") + "\nmv " +
-                                  ShellQuoted(codeFile + ".part") + " " + ShellQuoted(codeFile) + "\n");
-    STARTUPINFOA startup = {};
-    startup.cb = sizeof startup;
-    PROCESS_INFORMATION process = {};
-    std::string line = "\\\\?\\unix\\bin\\sh " + UnixPath(Temp("run.sh"));
-    line.push_back('\0');
-    if (!CreateProcessA(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &process)) {
-        ADD_FAILURE() << "error " << GetLastError() << " when starting the shell for a run in " << mLocale;
-        run_O->mExitCodeFile.clear();
-    }
-}
-
-RunningSetup::RunningSetup(RunningSetup &&other) noexcept
-    : mProcess(other.mProcess), mProcessId(other.mProcessId), mExitCodeFile(std::move(other.mExitCodeFile)),
-      mTemp(std::move(other.mTemp)), mTracePath(std::move(other.mTracePath))
-{
-    other.mProcess = nullptr;
-}
-
-RunningSetup::~RunningSetup()
-{
-    if (mProcess != nullptr) {
-        TerminateProcess(mProcess, 0xFFFFFFFF);
-        CloseHandle(mProcess);
-    }
+    return "\\\\?\\unix\\bin\\sh -c \"LC_ALL=" + mLocale + " wine cmd /c '" + Temp("run.bat") +
+           "' </dev/null >/dev/null 2>&1; code=$?; file=$(wine winepath -u '" + exitCodeFile +
+           "'); echo $code >$file.part; mv $file.part $file\"";
 }
 
 bool RunningSetup::Ended(DWORD milliseconds, DWORD *exitCode_O)
 {
     if (mExitCodeFile.empty()) {
-        const bool ended = WaitForSingleObject(mProcess, milliseconds) == WAIT_OBJECT_0;
-        GetExitCodeProcess(mProcess, exitCode_O);
+        const bool ended = WaitForSingleObject(mProcess.get(), milliseconds) == WAIT_OBJECT_0;
+        GetExitCodeProcess(mProcess.get(), exitCode_O);
         return ended;
     }
     const DWORD start = GetTickCount();
@@ -272,8 +204,8 @@ RunResult RunningSetup::Wait(DWORD milliseconds)
         result.mTimedOut = true;
         ADD_FAILURE() << "the installer still runs after " << milliseconds << " ms";
         if (mProcess != nullptr) {
-            TerminateProcess(mProcess, 0xFFFFFFFF);
-            WaitForSingleObject(mProcess, 5000);
+            TerminateProcess(mProcess.get(), 0xFFFFFFFF);
+            WaitForSingleObject(mProcess.get(), 5000);
         }
     }
     const std::string output = mTemp + "\\TavixInstallO.txt";

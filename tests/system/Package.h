@@ -3,6 +3,7 @@
 
 #include <windows.h>
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -23,23 +24,14 @@ struct RunResult {
 // An installer that runs. The end of the object stops it.
 class RunningSetup {
 public:
-    ~RunningSetup();
-    RunningSetup(RunningSetup &&other) noexcept;
-    RunningSetup(const RunningSetup &) = delete;
-    RunningSetup &operator=(const RunningSetup &) = delete;
-
-    HANDLE Process() const { return mProcess; } // null when it could not be started
-    DWORD ProcessId() const { return mProcessId; }
-
     // Waits for the end, stops the process when that does not come in time, and gathers what is left.
     RunResult Wait(DWORD milliseconds = 30000);
 
 private:
     friend class Package;
-    RunningSetup() = default;
     bool Ended(DWORD milliseconds, DWORD *exitCode_O);
 
-    HANDLE mProcess = nullptr;
+    std::shared_ptr<void> mProcess; // null when it could not be started
     DWORD mProcessId = 0;
     std::string mExitCodeFile; // where the exit code of a run in another language arrives
     std::string mTemp;
@@ -54,10 +46,13 @@ public:
     Package(const Package &) = delete;
     Package &operator=(const Package &) = delete;
 
-    // Folder of the package; path of a file in it; folder of temporary files of its runs (the value of !TEMP!,
-    // with a "\" behind).
+    // Folder of the package; path of a file in it, or elsewhere when it names its drive; folder of temporary files of
+    // its runs (the value of !TEMP!, with a "\" behind).
     const std::string &Folder() const { return mFolder; }
-    std::string Path(const std::string &name) const { return mFolder + "\\" + name; }
+    std::string Path(const std::string &name) const
+    {
+        return name.find(':') != std::string::npos ? name : mFolder + "\\" + name;
+    }
     std::string Temp(const std::string &name = "") const { return mTemp + "\\" + name; }
 
     // Writes installer.dat: the text, lines ended as on Windows, a line end at its beginning dropped.
@@ -97,8 +92,8 @@ public:
     RunningSetup Start(const std::string &tail);
 
 private:
-    std::vector<char> EnvironmentBlock() const;
-    void StartInLanguage(const std::string &tail, RunningSetup *run_O);
+    std::string LineInLanguage(const std::string &tail, const std::string &exitCodeFile);
+    void SwapEnvironment();
 
     std::string mFolder;
     std::string mTemp;

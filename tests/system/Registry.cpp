@@ -1,55 +1,38 @@
 #include "Registry.h"
 
+#include <memory>
+#include <type_traits>
+
 #include "Machine.h"
 
 namespace {
 
 // A key that closes itself; null when it could not be opened.
-class Key {
-public:
-    Key(HKEY root, const std::string &path, REGSAM access)
-    {
-        if (RegOpenKeyExA(root, path.c_str(), 0, access, &mKey) != ERROR_SUCCESS) {
-            mKey = nullptr;
-        }
-    }
-    ~Key()
-    {
-        if (mKey != nullptr) {
-            RegCloseKey(mKey);
-        }
-    }
-    Key(const Key &) = delete;
-    Key &operator=(const Key &) = delete;
-    explicit operator bool() const { return mKey != nullptr; }
-    HKEY Get() const { return mKey; }
+using Key = std::shared_ptr<std::remove_pointer_t<HKEY>>;
 
-private:
-    HKEY mKey = nullptr;
-};
-
-std::vector<std::string> SubKeys(const Key &key)
+Key OpenKey(HKEY root, const std::string &path, REGSAM access)
 {
-    std::vector<std::string> names;
-    char name[256];
-    DWORD size = sizeof name;
-    while (key && RegEnumKeyExA(key.Get(), static_cast<DWORD>(names.size()), name, &size, nullptr, nullptr, nullptr,
-                                nullptr) == ERROR_SUCCESS) {
-        names.emplace_back(name, size);
-        size = sizeof name;
-    }
-    return names;
+    HKEY key = nullptr;
+    return RegOpenKeyExA(root, path.c_str(), 0, access, &key) == ERROR_SUCCESS ? Key(key, RegCloseKey) : nullptr;
 }
 
-std::vector<std::string> ValueNames(const Key &key)
+// The names of the values or of the keys in a key.
+std::vector<std::string> Names(const Key &key, bool values)
 {
     std::vector<std::string> names;
     std::string name(16384, '\0');
-    DWORD size = static_cast<DWORD>(name.size());
-    while (key && RegEnumValueA(key.Get(), static_cast<DWORD>(names.size()), name.data(), &size, nullptr, nullptr,
-                                nullptr, nullptr) == ERROR_SUCCESS) {
-        names.push_back(name.substr(0, size));
-        size = static_cast<DWORD>(name.size());
+    const auto next = [&] {
+        const DWORD at = static_cast<DWORD>(names.size());
+        DWORD size = static_cast<DWORD>(name.size());
+        const LONG error = values
+                               ? RegEnumValueA(key.get(), at, name.data(), &size, nullptr, nullptr, nullptr, nullptr)
+                               : RegEnumKeyExA(key.get(), at, name.data(), &size, nullptr, nullptr, nullptr, nullptr);
+        if (error == ERROR_SUCCESS) {
+            names.push_back(name.substr(0, size));
+        }
+        return error == ERROR_SUCCESS;
+    };
+    while (key && next()) {
     }
     return names;
 }
@@ -58,9 +41,7 @@ std::vector<std::string> ValueNames(const Key &key)
 // Windows, where there is only one.
 void RemoveLeaf(HKEY root, const std::string &path, EView view)
 {
-    using Remover = LONG(WINAPI *)(HKEY, LPCSTR, REGSAM, DWORD);
-    static const auto remove = reinterpret_cast<Remover>(
-        reinterpret_cast<void *>(GetProcAddress(GetModuleHandleA("advapi32.dll"), "RegDeleteKeyExA")));
+    const auto remove = Entry<LONG(WINAPI *)(HKEY, LPCSTR, REGSAM, DWORD)>("advapi32.dll", "RegDeleteKeyExA");
     if (remove != nullptr) {
         remove(root, path.c_str(), view, 0);
     } else {
@@ -72,7 +53,7 @@ void RemoveLeaf(HKEY root, const std::string &path, EView view)
 
 bool KeyExists(HKEY root, const std::string &path, EView view)
 {
-    return static_cast<bool>(Key(root, path, KEY_READ | view));
+    return OpenKey(root, path, KEY_READ | view) != nullptr;
 }
 
 bool CreateKey(HKEY root, const std::string &path, EView view)
@@ -87,7 +68,7 @@ bool CreateKey(HKEY root, const std::string &path, EView view)
 
 void RemoveKey(HKEY root, const std::string &path, EView view)
 {
-    for (const std::string &name : SubKeys(Key(root, path, KEY_READ | view))) {
+    for (const std::string &name : Names(OpenKey(root, path, KEY_READ | view), false)) {
         RemoveKey(root, path + "\\" + name, view);
     }
     RemoveLeaf(root, path, view);
@@ -95,14 +76,14 @@ void RemoveKey(HKEY root, const std::string &path, EView view)
 
 std::optional<RegData> ReadValue(HKEY root, const std::string &path, const std::string &name, EView view)
 {
-    const Key key(root, path, KEY_READ | view);
+    const Key key = OpenKey(root, path, KEY_READ | view);
     DWORD type = 0;
     DWORD size = 0;
-    if (!key || RegQueryValueExA(key.Get(), name.c_str(), nullptr, &type, nullptr, &size) != ERROR_SUCCESS) {
+    if (!key || RegQueryValueExA(key.get(), name.c_str(), nullptr, &type, nullptr, &size) != ERROR_SUCCESS) {
         return std::nullopt;
     }
     std::string bytes(size, '\0');
-    if (RegQueryValueExA(key.Get(), name.c_str(), nullptr, &type, reinterpret_cast<BYTE *>(bytes.data()), &size) !=
+    if (RegQueryValueExA(key.get(), name.c_str(), nullptr, &type, reinterpret_cast<BYTE *>(bytes.data()), &size) !=
         ERROR_SUCCESS) {
         return std::nullopt;
     }
@@ -115,17 +96,17 @@ bool WriteValue(HKEY root, const std::string &path, const std::string &name, con
     if (!CreateKey(root, path, view)) {
         return false;
     }
-    const Key key(root, path, KEY_WRITE | view);
+    const Key key = OpenKey(root, path, KEY_WRITE | view);
     return key &&
-           RegSetValueExA(key.Get(), name.c_str(), 0, data.mType, reinterpret_cast<const BYTE *>(data.mBytes.data()),
+           RegSetValueExA(key.get(), name.c_str(), 0, data.mType, reinterpret_cast<const BYTE *>(data.mBytes.data()),
                           static_cast<DWORD>(data.mBytes.size())) == ERROR_SUCCESS;
 }
 
 void RemoveValue(HKEY root, const std::string &path, const std::string &name, EView view)
 {
-    const Key key(root, path, KEY_WRITE | view);
+    const Key key = OpenKey(root, path, KEY_WRITE | view);
     if (key) {
-        RegDeleteValueA(key.Get(), name.c_str());
+        RegDeleteValueA(key.get(), name.c_str());
     }
 }
 
@@ -142,6 +123,20 @@ std::string ReadRegText(HKEY root, const std::string &path, const std::string &n
     return text;
 }
 
+std::string ReadRegUnicode(HKEY root, const std::string &path, const std::string &name, EView view)
+{
+    const Key key = OpenKey(root, path, KEY_READ | view);
+    const std::wstring wide(name.begin(), name.end()); // names of values are ASCII
+    wchar_t text[256] = {};
+    DWORD size = sizeof text - sizeof *text;
+    if (!key || RegQueryValueExW(key.get(), wide.c_str(), nullptr, nullptr, reinterpret_cast<BYTE *>(text), &size)) {
+        return "<none>";
+    }
+    char bytes[4 * 256] = {};
+    WideCharToMultiByte(CP_UTF8, 0, text, -1, bytes, sizeof bytes, nullptr, nullptr);
+    return bytes;
+}
+
 RegData RegText(const std::string &text, DWORD type)
 {
     return {type, text + '\0'};
@@ -152,44 +147,40 @@ RegData RegNumber(DWORD number)
     return {REG_DWORD, std::string(reinterpret_cast<const char *>(&number), sizeof number)};
 }
 
-RegistrySnapshot::RegistrySnapshot(HKEY root, std::string path) : mRoot(root), mPath(std::move(path))
+RegistrySnapshot::RegistrySnapshot(HKEY root, const std::string &path) : mRoot(root)
 {
     const std::vector<EView> views =
         On64BitWindows() ? std::vector<EView>{EView32, EView64} : std::vector<EView>{EProcessView};
     for (const EView view : views) {
-        size_t present = mPath.size();
-        while (present != std::string::npos && !KeyExists(mRoot, mPath.substr(0, present), view)) {
-            present = mPath.find_last_of('\\', present - 1);
+        // Of a path that does not exist the first part that is missing, so that all that comes along goes again.
+        size_t end = path.find('\\');
+        while (end != std::string::npos && KeyExists(root, path.substr(0, end), view)) {
+            end = path.find('\\', end + 1);
         }
-        mViews.push_back({view, present, Take(mRoot, mPath, view)});
+        mViews.push_back({view, path.substr(0, end), Take(root, path.substr(0, end), view)});
     }
 }
 
 RegistrySnapshot::~RegistrySnapshot()
 {
     for (const View &view : mViews) {
-        Restore(mRoot, mPath, view.mView, view.mContent);
-        // Keys above it that came along; one that holds another key stays.
-        for (size_t end = mPath.find_last_of('\\'); !view.mContent && end != view.mPresent && end != std::string::npos;
-             end = mPath.find_last_of('\\', end - 1)) {
-            RemoveLeaf(mRoot, mPath.substr(0, end), view.mView);
-        }
+        Restore(mRoot, view.mPath, view.mView, view.mContent);
     }
 }
 
 std::optional<RegistrySnapshot::Content> RegistrySnapshot::Take(HKEY root, const std::string &path, EView view)
 {
-    const Key key(root, path, KEY_READ | view);
+    const Key key = OpenKey(root, path, KEY_READ | view);
     if (!key) {
         return std::nullopt;
     }
     Content content;
-    for (const std::string &name : ValueNames(key)) {
+    for (const std::string &name : Names(key, true)) {
         if (const std::optional<RegData> data = ReadValue(root, path, name, view)) {
             content.mValues[name] = *data;
         }
     }
-    for (const std::string &name : SubKeys(key)) {
+    for (const std::string &name : Names(key, false)) {
         if (const std::optional<Content> below = Take(root, path + "\\" + name, view)) {
             content.mKeys[name] = *below;
         }
@@ -204,7 +195,7 @@ void RegistrySnapshot::Restore(HKEY root, const std::string &path, EView view, c
         return;
     }
     CreateKey(root, path, view);
-    for (const std::string &name : ValueNames(Key(root, path, KEY_READ | view))) {
+    for (const std::string &name : Names(OpenKey(root, path, KEY_READ | view), true)) {
         if (content->mValues.count(name) == 0) {
             RemoveValue(root, path, name, view);
         }
@@ -212,7 +203,7 @@ void RegistrySnapshot::Restore(HKEY root, const std::string &path, EView view, c
     for (const auto &[name, data] : content->mValues) {
         WriteValue(root, path, name, data, view);
     }
-    for (const std::string &name : SubKeys(Key(root, path, KEY_READ | view))) {
+    for (const std::string &name : Names(OpenKey(root, path, KEY_READ | view), false)) {
         if (content->mKeys.count(name) == 0) {
             RemoveKey(root, path + "\\" + name, view);
         }
@@ -220,32 +211,4 @@ void RegistrySnapshot::Restore(HKEY root, const std::string &path, EView view, c
     for (const auto &[name, below] : content->mKeys) {
         Restore(root, path + "\\" + name, view, below);
     }
-}
-
-const char *const Settings::kPath = "Software\\TAVIX\\Installer";
-
-Settings::Settings() : mFormer(HKEY_LOCAL_MACHINE, kPath)
-{
-    RemoveKey(HKEY_LOCAL_MACHINE, kPath);
-}
-
-Settings &Settings::Text(const std::string &name, const std::string &text, DWORD type)
-{
-    return Data(name, RegText(text, type));
-}
-
-Settings &Settings::Number(const std::string &name, DWORD number)
-{
-    return Data(name, RegNumber(number));
-}
-
-Settings &Settings::Data(const std::string &name, const RegData &data)
-{
-    WriteValue(HKEY_LOCAL_MACHINE, kPath, name, data);
-    return *this;
-}
-
-std::string Settings::Read(const std::string &name)
-{
-    return ReadRegText(HKEY_LOCAL_MACHINE, kPath, name);
 }

@@ -32,6 +32,7 @@ void RemoveValue(HKEY root, const std::string &path, const std::string &name, EV
 
 // A text value without its NUL, "<none>" when it is missing; texts and numbers for writing.
 std::string ReadRegText(HKEY root, const std::string &path, const std::string &name, EView view = EProcessView);
+std::string ReadRegUnicode(HKEY root, const std::string &path, const std::string &name, EView view); // UTF-8
 RegData RegText(const std::string &text, DWORD type = REG_SZ);
 RegData RegNumber(DWORD number);
 
@@ -39,7 +40,7 @@ RegData RegNumber(DWORD number);
 // views. Permissions are not part of it, except that a key which existed is never removed itself.
 class RegistrySnapshot {
 public:
-    RegistrySnapshot(HKEY root, std::string path);
+    RegistrySnapshot(HKEY root, const std::string &path);
     ~RegistrySnapshot();
     RegistrySnapshot(const RegistrySnapshot &) = delete;
     RegistrySnapshot &operator=(const RegistrySnapshot &) = delete;
@@ -53,26 +54,22 @@ private:
     static void Restore(HKEY root, const std::string &path, EView view, const std::optional<Content> &content);
 
     HKEY mRoot;
-    std::string mPath;
     struct View {
         EView mView;
-        size_t mPresent; // how much of the path existed, npos for nothing of it
+        std::string mPath;
         std::optional<Content> mContent;
     };
     std::vector<View> mViews;
 };
 
-// The settings of the installer, HKEY_LOCAL_MACHINE\Software\TAVIX\Installer. They begin empty, whatever the
-// machine has, and the machine gets its own back in the end.
+// The settings of the installer. They begin empty, whatever the machine has, and go back to what they were.
 class Settings {
 public:
-    Settings();
-    Settings &Text(const std::string &name, const std::string &text, DWORD type = REG_SZ);
-    Settings &Number(const std::string &name, DWORD number);
-    Settings &Data(const std::string &name, const RegData &data);
-    static std::string Read(const std::string &name);
-    static const char *const kPath;
+    Settings() : mFormer(HKEY_LOCAL_MACHINE, kKey) { RemoveKey(HKEY_LOCAL_MACHINE, kKey); }
+    bool Data(const std::string &name, const RegData &data) { return WriteValue(HKEY_LOCAL_MACHINE, kKey, name, data); }
+    bool Number(const std::string &name, DWORD number) { return Data(name, RegNumber(number)); }
 
 private:
+    static constexpr char kKey[] = "Software\\TAVIX\\Installer";
     RegistrySnapshot mFormer;
 };

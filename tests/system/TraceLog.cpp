@@ -30,28 +30,21 @@ std::vector<TraceRecord> ParseTrace(const std::string &text)
 
 bool Fits(const std::string &pattern, const std::string &text)
 {
-    size_t at = 0;
-    size_t in = 0;
-    size_t star = std::string::npos;
-    size_t resume = 0;
-    while (in < text.size()) {
-        if (at < pattern.size() && pattern[at] == '*') {
-            star = at++;
-            resume = in;
-        } else if (at < pattern.size() && pattern[at] == text[in]) {
-            ++at;
-            ++in;
-        } else if (star != std::string::npos) {
-            at = star + 1;
-            in = ++resume;
-        } else {
+    size_t star = pattern.find('*');
+    if (star == std::string::npos || text.compare(0, star, pattern, 0, star) != 0) {
+        return text == pattern;
+    }
+    size_t at = star;
+    size_t from = star + 1;
+    for (; (star = pattern.find('*', from)) != std::string::npos; from = star + 1) {
+        const size_t found = text.find(pattern.substr(from, star - from), at);
+        if (found == std::string::npos) {
             return false;
         }
+        at = found + star - from;
     }
-    while (at < pattern.size() && pattern[at] == '*') {
-        ++at;
-    }
-    return at == pattern.size();
+    const size_t rest = pattern.size() - from;
+    return text.size() >= at + rest && text.compare(text.size() - rest, rest, pattern, from, rest) == 0;
 }
 
 namespace {

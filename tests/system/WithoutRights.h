@@ -3,7 +3,6 @@
 
 #include <windows.h>
 
-#include <functional>
 #include <string>
 #include <vector>
 
@@ -17,6 +16,5 @@ struct WithoutRightsResult {
 
 // Runs the package's TavixSetup.exe under a debugger that makes one entry answer otherwise: EqualSid of this one
 // process finds no two SIDs equal, so that the token seems to lack the group of the administrators. What the process
-// starts is not touched. `whenLoaded`, if given, is called when the process is about to enter its code.
-WithoutRightsResult RunWithoutRights(Package &package, const std::string &tail,
-                                     const std::function<void()> &whenLoaded = nullptr);
+// starts is not touched. With `gone` the program's file is moved away meanwhile, so that the shell cannot start it.
+WithoutRightsResult RunWithoutRights(Package &package, const std::string &tail, bool gone);

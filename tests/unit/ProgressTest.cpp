@@ -4,20 +4,13 @@
 
 namespace {
 
-TEST(Progress, StepsJustifyPositionsBelowTheEnd)
+// Of 500: three steps justify quarters, rounded down, and steps that run again exceed the end.
+TEST(Progress, StepsJustifyPositions)
 {
-    const uint32_t lines = ProgressLines(3);
-    EXPECT_EQ(lines, 4u);
-    EXPECT_EQ(ProgressTarget(1, lines), 125u);
-    EXPECT_EQ(ProgressTarget(2, lines), 250u);
-    EXPECT_EQ(ProgressTarget(3, lines), 375u);
-    EXPECT_EQ(ProgressTarget(1, ProgressLines(2)), 166u); // rounded down
-    EXPECT_EQ(ProgressTarget(0, ProgressLines(0)), 0u);
-}
-
-TEST(Progress, JumpingBackwardExceedsTheEnd)
-{
-    EXPECT_EQ(ProgressTarget(5, 4), 625u);
+    static const uint32_t kCases[][3] = {{1, 3, 125}, {2, 3, 250}, {3, 3, 375}, {1, 2, 166}, {0, 0, 0}, {5, 3, 625}};
+    for (const auto &[done, steps, position] : kCases) {
+        EXPECT_EQ(ProgressTarget(done, ProgressLines(steps)), position) << done << " of " << steps;
+    }
     // Far more steps than a product in 32 bits could hold.
     EXPECT_EQ(ProgressTarget(20'000'000, 100'000'000), 100u);
 }

@@ -16,21 +16,15 @@ std::vector<std::string> gRecords;
 
 TVX_PRINTF(1, 0) int Record(const char *format, va_list arguments)
 {
-    va_list again;
-    va_copy(again, arguments);
-    const int length = vsnprintf(nullptr, 0, format, again);
-    va_end(again);
+    char message[0x4000]; // longer ones are cut
+    const int length = vsnprintf(message, sizeof message, format, arguments);
     if (length < 0) {
         return -1;
     }
-    std::string message(static_cast<size_t>(length) + 1, '\0');
-    vsnprintf(message.data(), message.size(), format, arguments);
-    message.pop_back();
-    if (!message.empty() && message.back() == '\n') {
-        message.pop_back();
-    }
+    std::string text = message;
+    text.resize(text.empty() || text.back() != '\n' ? text.size() : text.size() - 1);
     if (gRecords.size() < kMostRecords) {
-        gRecords.push_back(message);
+        gRecords.push_back(text);
     }
     return length;
 }
@@ -42,6 +36,23 @@ std::vector<std::string> TakeTraceRecords()
     std::vector<std::string> records;
     records.swap(gRecords);
     return records;
+}
+
+std::string TakeAssertions()
+{
+    std::string assertions;
+    for (const std::string &record : TakeTraceRecords()) {
+        const bool assertion = record.compare(0, 8, "Assert:(") == 0;
+        assertions +=
+            (assertions.empty() ? "" : " & ") + (assertion ? record.substr(8, record.find(") in ") - 8) : record);
+    }
+    return assertions;
+}
+
+std::string WithAssertions(const std::string &outcome)
+{
+    const std::string assertions = TakeAssertions();
+    return outcome + (assertions.empty() ? "" : " ") + assertions;
 }
 
 int trace(int level, const char *format, ...)

@@ -7,3 +7,9 @@
 // The messages traced since the last call, one a call of the trace, without the newline at the end; forgets them.
 // Past a few thousand records further ones are dropped, so that a fuzzer can run for long.
 std::vector<std::string> TakeTraceRecords();
+
+// The same when they are assertions: what they assert, with " & " between them. Of another record the whole text.
+std::string TakeAssertions();
+
+// An outcome, with these behind it when there are any.
+std::string WithAssertions(const std::string &outcome);

@@ -9,10 +9,12 @@
 #include <cfgmgr32.h>
 #include <setupapi.h>
 
-#include <cstdio>
+#include <algorithm>
 #include <cstring>
-#include <memory>
+#include <deque>
+#include <fstream>
 #include <set>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -24,15 +26,20 @@ constexpr DEVINST kFirstNode = 0x7A1C0000;
 struct CNode {
     std::string mEnumerator;
     std::string mId;
-    bool mLive = false;
-    bool mFailId = false;
-    bool mRemoved = false;
+    std::string mState;
     std::string mKey; // "HKLM\..." or "HKCU\...", empty for a device without a hardware key
+    bool mRemoved = false;
+    bool Listed() const { return Live() || mState == "going"; } // in lists of present nodes
+    bool Live() const { return mState == "live" || mState == "fail-id"; }
 };
 
-struct CList {
-    std::vector<DEVINST> mNodes;
+struct CTree {
+    std::string mPath;
+    std::vector<CNode> mNodes;
+    std::set<std::string> mFailingLists;
 };
+
+using CList = std::vector<DEVINST>;
 
 std::string Environment(const char *name)
 {
@@ -43,108 +50,71 @@ std::string Environment(const char *name)
 
 void Log(const std::string &line)
 {
-    const std::string path = Environment("TAVIX_DEVICE_LOG");
-    if (std::FILE *const file = path.empty() ? nullptr : std::fopen(path.c_str(), "a")) {
-        std::fprintf(file, "%s\n", line.c_str());
-        std::fclose(file);
+    if (const std::string path = Environment("TAVIX_DEVICE_LOG"); !path.empty()) {
+        std::ofstream(path, std::ios::app) << line << "\n";
     }
 }
 
-// Takes the first word off a text. The words of the tree are separated by blanks.
-std::string TakeWord(std::string &text_I_O)
+CTree ReadTree(const std::string &path)
 {
-    const size_t end = text_I_O.find(' ');
-    const std::string word = text_I_O.substr(0, end);
-    text_I_O.erase(0, text_I_O.find_first_not_of(' ', end));
-    return word;
-}
-
-class CTree {
-public:
-    CTree() = default;
-    explicit CTree(const std::string &path) : mPath(path)
-    {
-        std::FILE *const file = path.empty() ? nullptr : std::fopen(path.c_str(), "r");
-        if (file == nullptr) {
-            return;
-        }
-        char line[1024];
-        while (std::fgets(line, sizeof(line), file) != nullptr) {
-            line[std::strcspn(line, "\r\n")] = '\0';
-            if (line[0] != '\0' && line[0] != '#' && !ReadLine(line)) {
-                Log(std::string("bad line: ") + line);
-            }
-        }
-        std::fclose(file);
-    }
-
-    const std::string &Path() const { return mPath; }
-
-    CNode *Find(DEVINST device)
-    {
-        const DEVINST index = device - kFirstNode;
-        return index < mNodes.size() ? &mNodes[index] : nullptr;
-    }
-
-    DWORD ListError(const char *enumerator) const
-    {
-        return mFailingLists.count(enumerator) != 0 ? ERROR_INVALID_DATA : ERROR_SUCCESS;
-    }
-
-    std::unique_ptr<CList> MakeList(const char *enumerator, bool present) const
-    {
-        auto list = std::make_unique<CList>();
-        for (size_t at = 0; at < mNodes.size(); ++at) {
-            const CNode &node = mNodes[at];
-            if (!node.mRemoved && _stricmp(node.mEnumerator.c_str(), enumerator) == 0 && (node.mLive || !present)) {
-                list->mNodes.push_back(kFirstNode + static_cast<DEVINST>(at));
-            }
-        }
-        return list;
-    }
-
-private:
-    bool ReadLine(std::string line)
-    {
+    CTree tree{path, {}, {}};
+    std::ifstream file(path);
+    for (std::string line; std::getline(file, line);) {
+        std::istringstream words(line);
         CNode node;
-        node.mEnumerator = TakeWord(line);
-        node.mId = TakeWord(line);
-        if (node.mEnumerator == "fail-list") {
-            mFailingLists.insert(node.mId);
-            return !node.mId.empty();
+        words >> node.mEnumerator >> node.mId >> node.mState;
+        std::getline(words >> std::ws, node.mKey);
+        if (node.mEnumerator.empty() || node.mEnumerator[0] == '#') {
+            continue;
         }
-        const std::string state = TakeWord(line);
-        node.mFailId = state == "fail-id";
-        node.mLive = node.mFailId || state == "live";
-        node.mKey = line;
-        mNodes.push_back(node);
-        return node.mLive || state == "remembered";
+        if (node.mEnumerator == "fail-list" && !node.mId.empty()) {
+            tree.mFailingLists.insert(node.mId);
+        } else if (node.Listed() || node.mState == "remembered") {
+            tree.mNodes.push_back(node);
+        } else {
+            Log("bad line: " + line);
+        }
     }
-
-    std::string mPath;
-    std::vector<CNode> mNodes;
-    std::set<std::string> mFailingLists;
-};
+    return tree;
+}
 
 // What happens to the tree lasts until the environment names another file.
 CTree &Tree()
 {
     static CTree tree;
-    const std::string path = Environment("TAVIX_DEVICE_TREE");
-    if (tree.Path() != path) {
-        tree = CTree(path);
+    if (const std::string path = Environment("TAVIX_DEVICE_TREE"); tree.mPath != path) {
+        tree = ReadTree(path);
     }
     return tree;
 }
 
-std::set<CList *> gLists;
-std::set<HDEVINFO> gClosed; // handles of lists that were ours
+CNode *FindNode(DEVINST device)
+{
+    const DEVINST index = device - kFirstNode;
+    return index < Tree().mNodes.size() ? &Tree().mNodes[index] : nullptr;
+}
+
+CList MakeList(const char *enumerator, bool present)
+{
+    CList list;
+    DEVINST device = kFirstNode;
+    for (const CNode &node : Tree().mNodes) {
+        if (!node.mRemoved && _stricmp(node.mEnumerator.c_str(), enumerator) == 0 && (node.Listed() || !present)) {
+            list.push_back(device);
+        }
+        ++device;
+    }
+    return list;
+}
+
+std::deque<CList> gLists;   // their addresses are the handles, so none comes twice
+std::set<HDEVINFO> gClosed; // handles of lists that were closed
 
 // The list behind a handle, null for a list of the system's own library.
 CList *OwnList(HDEVINFO handle)
 {
-    auto *const list = static_cast<CList *>(handle);
-    return gLists.count(list) != 0 ? list : nullptr;
+    const auto own = std::find_if(gLists.begin(), gLists.end(), [&](const CList &list) { return &list == handle; });
+    return own != gLists.end() ? &*own : nullptr;
 }
 
 // The entry of the system's own library; the installation keeps it under this name.
@@ -163,20 +133,12 @@ CNode *NodeOf(PSP_DEVINFO_DATA device)
         SetLastError(ERROR_INVALID_USER_BUFFER);
         return nullptr;
     }
-    CNode *const node = Tree().Find(device->DevInst);
+    CNode *const node = FindNode(device->DevInst);
     if (node == nullptr || node->mRemoved) {
         SetLastError(ERROR_NO_SUCH_DEVINST);
         return nullptr;
     }
     return node;
-}
-
-HKEY OpenKeyByName(const std::string &name, REGSAM access, LONG *error_O)
-{
-    const HKEY root = name.compare(0, 5, "HKLM\\") == 0 ? HKEY_LOCAL_MACHINE : HKEY_CURRENT_USER;
-    HKEY key = nullptr;
-    *error_O = RegOpenKeyExA(root, name.substr(5).c_str(), 0, access, &key);
-    return key;
 }
 
 } // namespace
@@ -189,17 +151,14 @@ HDEVINFO WINAPI SetupDiGetClassDevsExA(const GUID *classGuid, PCSTR enumerator, 
     if (enumerator == nullptr || (flags & DIGCF_ALLCLASSES) == 0) {
         return SYSTEM_ENTRY(SetupDiGetClassDevsExA)(classGuid, enumerator, parent, flags, set, machine, reserved);
     }
-    const DWORD error = Tree().ListError(enumerator);
+    const bool fails = Tree().mFailingLists.count(enumerator) != 0;
     const bool present = (flags & DIGCF_PRESENT) != 0;
-    Log(std::string("list ") + enumerator + (present ? " present" : " all") + (error != 0 ? " fails" : ""));
-    if (error != ERROR_SUCCESS) {
-        SetLastError(error);
+    Log(std::string("list ") + enumerator + (present ? " present" : " all") + (fails ? " fails" : ""));
+    if (fails) {
+        SetLastError(ERROR_INVALID_DATA);
         return INVALID_HANDLE_VALUE;
     }
-    CList *const list = Tree().MakeList(enumerator, present).release();
-    gLists.insert(list);
-    gClosed.erase(list);
-    return list;
+    return &gLists.emplace_back(MakeList(enumerator, present));
 }
 
 BOOL WINAPI SetupDiEnumDeviceInfo(HDEVINFO handle, DWORD index, PSP_DEVINFO_DATA device)
@@ -212,29 +171,27 @@ BOOL WINAPI SetupDiEnumDeviceInfo(HDEVINFO handle, DWORD index, PSP_DEVINFO_DATA
         SetLastError(ERROR_INVALID_USER_BUFFER);
         return FALSE;
     }
-    if (index >= list->mNodes.size()) {
+    if (index >= list->size()) {
         SetLastError(ERROR_NO_MORE_ITEMS);
         return FALSE;
     }
-    device->DevInst = list->mNodes[index];
+    device->DevInst = (*list)[index];
     return TRUE;
 }
 
 BOOL WINAPI SetupDiDestroyDeviceInfoList(HDEVINFO handle)
 {
     CList *const list = OwnList(handle);
-    if (gClosed.count(handle) != 0) {
+    if (list == nullptr) {
+        return SYSTEM_ENTRY(SetupDiDestroyDeviceInfoList)(handle);
+    }
+    if (!gClosed.insert(handle).second) {
         Log("close again");
         SetLastError(ERROR_INVALID_HANDLE);
         return FALSE;
     }
-    if (list == nullptr) {
-        return SYSTEM_ENTRY(SetupDiDestroyDeviceInfoList)(handle);
-    }
     Log("close");
-    gLists.erase(list);
-    gClosed.insert(handle);
-    delete list;
+    list->clear(); // a walk over a closed list finds nothing
     return TRUE;
 }
 
@@ -243,17 +200,15 @@ BOOL WINAPI SetupDiRemoveDevice(HDEVINFO handle, PSP_DEVINFO_DATA device)
     if (OwnList(handle) == nullptr) {
         return SYSTEM_ENTRY(SetupDiRemoveDevice)(handle, device);
     }
+    const CNode *const known = device != nullptr ? FindNode(device->DevInst) : nullptr;
     CNode *const node = NodeOf(device);
-    if (node == nullptr) {
-        const DWORD error = GetLastError();
-        const CNode *const gone = device != nullptr ? Tree().Find(device->DevInst) : nullptr;
-        Log("remove again " + (gone != nullptr ? gone->mId : std::string()));
-        SetLastError(error);
-        return FALSE;
+    const DWORD error = GetLastError();
+    Log(std::string(node != nullptr ? "remove " : "remove again ") + (known != nullptr ? known->mId : ""));
+    if (node != nullptr) {
+        node->mRemoved = true;
     }
-    Log("remove " + node->mId);
-    node->mRemoved = true;
-    return TRUE;
+    SetLastError(error);
+    return node != nullptr;
 }
 
 HKEY WINAPI SetupDiOpenDevRegKey(HDEVINFO handle, PSP_DEVINFO_DATA device, DWORD scope, DWORD profile, DWORD type,
@@ -271,23 +226,22 @@ HKEY WINAPI SetupDiOpenDevRegKey(HDEVINFO handle, PSP_DEVINFO_DATA device, DWORD
         SetLastError(ERROR_INVALID_FLAGS);
         return invalid;
     }
-    LONG error = ERROR_KEY_DOES_NOT_EXIST;
-    const HKEY key = node->mKey.empty() ? nullptr : OpenKeyByName(node->mKey, access, &error);
-    Log("open key of " + node->mId + (key == nullptr ? " fails" : ""));
-    if (key == nullptr) {
-        SetLastError(static_cast<DWORD>(error));
-        return invalid;
-    }
-    return key;
+    const HKEY root = node->mKey.compare(0, 5, "HKLM\\") == 0 ? HKEY_LOCAL_MACHINE : HKEY_CURRENT_USER;
+    HKEY key = nullptr;
+    const LONG error = node->mKey.empty() ? static_cast<LONG>(ERROR_KEY_DOES_NOT_EXIST)
+                                          : RegOpenKeyExA(root, node->mKey.c_str() + 5, 0, access, &key);
+    Log("open key of " + node->mId + (error != ERROR_SUCCESS ? " fails" : ""));
+    SetLastError(static_cast<DWORD>(error));
+    return error == ERROR_SUCCESS ? key : invalid;
 }
 
 CONFIGRET WINAPI CM_Get_DevNode_Status(PULONG status, PULONG problem, DEVINST device, ULONG flags)
 {
-    const CNode *const node = Tree().Find(device);
+    const CNode *const node = FindNode(device);
     if (node == nullptr) {
         return SYSTEM_ENTRY(CM_Get_DevNode_Status)(status, problem, device, flags);
     }
-    if (!node->mLive || node->mRemoved) {
+    if (!node->Live() || node->mRemoved) {
         return CR_NO_SUCH_DEVINST;
     }
     *status = DN_DRIVER_LOADED | DN_STARTED;
@@ -297,11 +251,11 @@ CONFIGRET WINAPI CM_Get_DevNode_Status(PULONG status, PULONG problem, DEVINST de
 
 CONFIGRET WINAPI CM_Get_Device_ID_ExA(DEVINST device, PSTR buffer, ULONG size, ULONG flags, HMACHINE machine)
 {
-    const CNode *const node = Tree().Find(device);
+    const CNode *const node = FindNode(device);
     if (node == nullptr) {
         return SYSTEM_ENTRY(CM_Get_Device_ID_ExA)(device, buffer, size, flags, machine);
     }
-    if (node->mFailId) {
+    if (node->mState == "fail-id") {
         return CR_FAILURE;
     }
     std::strncpy(buffer, node->mId.c_str(), size); // a cut id has no zero at its end, as on Windows
