@@ -13,6 +13,10 @@ rows = re.findall(r'\{"(\w+)",\s*(\d+),\s*(\w+)\}', table)
 if len(rows) != 115:
     sys.exit(f"expected 115 rows in the command table, found {len(rows)}: has its form changed?")
 
+numbers = [int(number) for _, number, _ in rows]
+if numbers != [number for number in range(116) if number != 93] or len({name for name, _, _ in rows}) != len(rows):
+    sys.exit("the rows of the command table are not those of 0 to 115 without 93, each with a name of its own")
+
 headings = {}
 for page in sorted((root / "docs/commands").glob("*.md")):
     for line in page.read_text(encoding="utf-8").splitlines():

@@ -66,6 +66,8 @@ bool CWinInstallMain::TakePreflightDecisions(uint32_t *result_O)
     mInstallType = DecideBeforeRights(facts);
     if (mInstallType == ENotSupported) {
         trace(1, "Platform not supported\n");
+    } else if (mInstallType == ENoISDHardware) {
+        trace(1, "No device found that this package is for\n");
     }
     if (mInstallType != EInstallAllowed) {
         return false;

@@ -339,6 +339,8 @@ AssertionResult CaseMachine::SetUp(const std::string &line)
         mOwners.push_back(service);
     } else if (verb == "mutex") {
         mOwners.push_back(std::shared_ptr<void>(CreateMutexA(nullptr, FALSE, sides.mLeft.c_str()), CloseHandle));
+    } else if (verb == "event") {
+        mOwners.push_back(std::shared_ptr<void>(CreateEventA(nullptr, TRUE, TRUE, sides.mLeft.c_str()), CloseHandle));
     } else if (text.compare(0, 8, "no file ") == 0) {
         done = DeleteFileA(Place(text.substr(8)).c_str()) != FALSE;
     } else if (text.compare(0, 9, "no value ") == 0) {

@@ -22,6 +22,7 @@
 //     renames PATH                     the file is to be deleted at the next start of Windows, and no other; "-": none
 //     no file PATH, no value VIEW KEY;NAME, no key VIEW KEY   takes what is there away
 //     mutex NAME                       a named mutex, held until the case is over
+//     event NAME                       a named event likewise, so that no mutex can have the name
 //     service NAME dirty, sound        a service, marked for deletion or not
 //     keep KEY                         the key goes back to what it was, in both views
 //     scratch PATH                     a file or folder that goes away; what the machine has there comes back

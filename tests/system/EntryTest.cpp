@@ -22,6 +22,24 @@ TEST(Entry, HoldsItsMutexWhileItRunsAndNoLonger)
     EXPECT_EQ(OpenMutexA(SYNCHRONIZE, FALSE, name), nullptr);
 }
 
+TEST(Entry, BreakWaitsForItsBoxInASilentRunToo)
+{
+    Package package;
+    package.Steps("Break\nCopyFile;installer.dat;behind");
+    RunningSetup run = package.Start("/s");
+    HWND box = nullptr;
+    for (int i = 0; i < 500 && box == nullptr; ++i) {
+        Sleep(10);
+        box = FindWindowA("#32770", "BREAK");
+    }
+    ASSERT_NE(box, nullptr);
+    Sleep(200);
+    EXPECT_FALSE(FileExists(package.Path("behind")));
+    PostMessageA(box, WM_CLOSE, 0, 0);
+    EXPECT_EQ(run.Wait().mExitCode, 0u);
+    EXPECT_TRUE(FileExists(package.Path("behind")));
+}
+
 TEST(Entry, DeeplyNestedGroupsRun)
 {
     std::string groups;
