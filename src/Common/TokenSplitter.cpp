@@ -1,5 +1,12 @@
 #include "Common/TokenSplitter.h"
 
+namespace {
+
+// Hardly a step has more fields; room for them is made at once.
+constexpr size_t kUsualTokens = 8;
+
+} // namespace
+
 TokenSplitter::TokenSplitter(const std::string &separator, const std::string &text_I)
     : mText(text_I), mSeparator(separator)
 {
@@ -21,6 +28,7 @@ void TokenSplitter::Parse()
         return;
     }
     mParsed = true;
+    mPositions.reserve(kUsualTokens + 1);
     mPositions.push_back(0);
     if (!mSeparator.empty()) {
         for (size_t at = mText.find(mSeparator); at != std::string::npos;

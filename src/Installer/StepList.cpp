@@ -1,24 +1,28 @@
 #include "Installer/StepList.h"
 
+#include <algorithm>
+
 namespace {
 
 constexpr char kDone[] = "DONE";
 constexpr char kDoneTarget[] = "<DONE>";
 
-StepRecord ParseLine(const std::string &line)
+bool BeginsWith(std::string_view line, std::string_view beginning)
+{
+    return line.substr(0, beginning.size()) == beginning;
+}
+
+StepRecord ParseLine(std::string_view line)
 {
     StepRecord record;
-    record.mText = line;
-    if (line.compare(0, sizeof kDone - 1, kDone) == 0) {
+    const size_t close = BeginsWith(line, "<") ? line.find('>') : std::string_view::npos;
+    if (close != std::string_view::npos) {
+        record.mLabel = line.substr(0, close + 1);
+        line.remove_prefix(close + 1);
+    } else if (BeginsWith(line, kDone)) {
         record.mLabel = kDone;
     }
-    if (line.front() == '<') {
-        const size_t close = line.find('>');
-        if (close != std::string::npos) {
-            record.mLabel = line.substr(0, close + 1);
-            record.mText = line.substr(close + 1);
-        }
-    }
+    record.mText = line;
     return record;
 }
 
@@ -26,16 +30,16 @@ StepRecord ParseLine(const std::string &line)
 
 StepList::StepList(const std::string &section)
 {
+    mRecords.reserve(static_cast<size_t>(std::count(section.begin(), section.end(), '\0')));
     size_t from = 0;
     for (size_t end = section.find('\0'); end != std::string::npos; end = section.find('\0', from)) {
-        const std::string line = section.substr(from, end - from);
+        const std::string_view line(section.data() + from, end - from);
         from = end + 1;
-        if (!line.empty() && line.front() == '#') {
-            continue;
+        if (!BeginsWith(line, "#")) {
+            StepRecord record = ParseLine(line);
+            record.mIndex = Count();
+            mRecords.push_back(std::move(record));
         }
-        StepRecord record = line.empty() ? StepRecord() : ParseLine(line);
-        record.mIndex = Count();
-        mRecords.push_back(std::move(record));
     }
     // The views point into records that stay where they are from here on. A label that stands twice means its last
     // occurrence: packages rely on the later line winning.
