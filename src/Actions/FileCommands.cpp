@@ -8,8 +8,8 @@
 #include "Actions/FileDelete.h"
 #include "Actions/Redirection.h"
 #include "Common/Trace.h"
-#include "Installer/CWinInstallMain.h"
 #include "Installer/Commands.h"
+#include "Installer/CWinInstallMain.h"
 #include "Installer/Step.h"
 
 namespace {

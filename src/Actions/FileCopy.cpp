@@ -6,9 +6,9 @@
 #include "Actions/Redirection.h"
 #include "Actions/VersionCompare.h"
 #include "Common/Handles.h"
+#include "Common/importWin32API.h"
 #include "Common/Paths.h"
 #include "Common/Trace.h"
-#include "Common/importWin32API.h"
 #include "Installer/CWinInstallMain.h"
 
 namespace {

@@ -1,7 +1,7 @@
 #include "Actions/Redirection.h"
 
-#include "Common/Trace.h"
 #include "Common/importWin32API.h"
+#include "Common/Trace.h"
 #include "Common/winplats.h"
 
 BOOLEAN(WINAPI *gWow64EnableRedirection)(BOOLEAN enable) = nullptr;

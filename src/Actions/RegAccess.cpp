@@ -3,13 +3,13 @@
 #include <cstring>
 #include <vector>
 
-#include "Common/CSystemState.h"
-#include "Common/Handles.h"
 #include "Actions/KeyPermissions.h"
 #include "Actions/MultiString.h"
+#include "Common/CSystemState.h"
+#include "Common/Handles.h"
+#include "Common/importWin32API.h"
 #include "Common/Status.h"
 #include "Common/Trace.h"
-#include "Common/importWin32API.h"
 #include "Installer/ScriptAccess.h"
 
 namespace {

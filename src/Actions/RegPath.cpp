@@ -32,11 +32,12 @@ RegRoot RootOf(const std::string &head)
     return 0;
 }
 
-RegLocation Parse(const std::string &text, RegRoot defaultRoot, const PlatformData &platformData, int depth);
+RegLocation Parse(const std::string &text, RegRoot defaultRoot, const PlatformData &platformData, int depth,
+                  bool *endless_O);
 
 // Puts the value of the macro that the path begins with, behind one back-slash or none, in the macro's place. The
 // back-slash stays in front of the value.
-void ReplaceMacro(RegLocation &location_I_O, const PlatformData &platformData, int depth)
+void ReplaceMacro(RegLocation &location_I_O, const PlatformData &platformData, int depth, bool *endless_O)
 {
     std::string &path = location_I_O.mPath;
     const size_t bang = path.compare(0, 1, "\\") == 0 ? 1 : 0;
@@ -51,16 +52,18 @@ void ReplaceMacro(RegLocation &location_I_O, const PlatformData &platformData, i
     const std::string name = path.substr(bang + 1, endBang - bang - 1);
     if (depth >= kDeepestMacro) {
         trace(0, "PlatformData %s leads back to itself\n", name.c_str());
+        *endless_O = true;
         return;
     }
-    const RegLocation value = Parse(platformData(name), 0, platformData, depth + 1);
+    const RegLocation value = Parse(platformData(name), 0, platformData, depth + 1, endless_O);
     if (value.mRootKey != 0) {
         location_I_O.mRootKey = value.mRootKey;
     }
     path.replace(bang, endBang + 1 - bang, value.mPath);
 }
 
-RegLocation Parse(const std::string &text, RegRoot defaultRoot, const PlatformData &platformData, int depth)
+RegLocation Parse(const std::string &text, RegRoot defaultRoot, const PlatformData &platformData, int depth,
+                  bool *endless_O)
 {
     const size_t slash = text.find('\\');
     RegLocation location;
@@ -72,7 +75,7 @@ RegLocation Parse(const std::string &text, RegRoot defaultRoot, const PlatformDa
         location.mPath = text.substr(slash);
     }
     if (!location.mPath.empty()) {
-        ReplaceMacro(location, platformData, depth);
+        ReplaceMacro(location, platformData, depth, endless_O);
     }
     return location;
 }
@@ -81,5 +84,10 @@ RegLocation Parse(const std::string &text, RegRoot defaultRoot, const PlatformDa
 
 RegLocation ParseRegPathWith(const std::string &text, RegRoot defaultRoot, const PlatformData &platformData)
 {
-    return Parse(text, defaultRoot, platformData, 0);
+    bool endless = false;
+    RegLocation location = Parse(text, defaultRoot, platformData, 0, &endless);
+    if (endless) {
+        location.mPath.clear(); // names no key: the location stack refuses it
+    }
+    return location;
 }

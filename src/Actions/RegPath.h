@@ -22,6 +22,7 @@ struct RegLocation {
 };
 
 // Cuts a path text into root and sub-key path. `platformData` answers the value of a name, empty when there
-// is none. The path keeps a leading back-slash if it had one; permissions are left empty.
+// is none. The path keeps a leading back-slash if it had one; permissions are left empty. A name whose value leads back
+// to itself is traced and gives an empty path.
 RegLocation ParseRegPathWith(const std::string &text, RegRoot defaultRoot,
                              const std::function<std::string(const std::string &)> &platformData);

@@ -1,8 +1,8 @@
 #include "Actions/RegistryActions.h"
 
+#include "Actions/RegAccess.h"
 #include "Common/Numbers.h"
 #include "Common/Paths.h"
-#include "Actions/RegAccess.h"
 #include "Common/Status.h"
 #include "Common/Trace.h"
 #include "Installer/ScriptAccess.h"

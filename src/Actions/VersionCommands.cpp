@@ -1,6 +1,6 @@
 // IfNotOlder, IfKernelIsNotOlder, IfINFIsNotOlder: jumps over a part of a group that would install nothing newer.
-#include "Actions/VersionCompare.h"
 #include "Actions/RegAccess.h"
+#include "Actions/VersionCompare.h"
 #include "Common/Status.h"
 #include "Common/Trace.h"
 #include "Installer/Commands.h"

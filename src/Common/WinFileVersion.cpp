@@ -6,8 +6,8 @@
 #include <cstring>
 #include <vector>
 
-#include "Common/TextConversions.h"
 #include "Common/importWin32API.h"
+#include "Common/TextConversions.h"
 
 namespace {
 

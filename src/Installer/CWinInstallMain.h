@@ -9,8 +9,8 @@
 #include <string>
 #include <vector>
 
-#include "Common/LanguageProvider.h"
 #include "Common/importWin32API.h"
+#include "Common/LanguageProvider.h"
 #include "Devices/SupportedDevice.h"
 #include "Installer/InstallType.h"
 

@@ -7,8 +7,8 @@
 #include "Common/Trace.h"
 #include "Common/winplats.h"
 #include "Devices/DeviceTable.h"
-#include "Installer/CWinInstallMain.h"
 #include "Installer/Commands.h"
+#include "Installer/CWinInstallMain.h"
 #include "Installer/OSVersion.h"
 #include "Installer/Step.h"
 

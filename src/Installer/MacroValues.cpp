@@ -6,11 +6,11 @@
 #include <optional>
 #include <string>
 
-#include "Common/CSystemState.h"
-#include "Common/ModulePath.h"
 #include "Actions/RegAccess.h"
-#include "Common/Trace.h"
+#include "Common/CSystemState.h"
 #include "Common/importWin32API.h"
+#include "Common/ModulePath.h"
+#include "Common/Trace.h"
 #include "Installer/CWinInstallMain.h"
 #include "Installer/Macros.h"
 #include "Installer/ScriptAccess.h"

@@ -10,8 +10,8 @@
 #include "Common/StringUtilities.h"
 #include "Common/TokenSplitter.h"
 #include "Common/Trace.h"
-#include "Installer/CWinInstallMain.h"
 #include "Installer/CommandLine.h"
+#include "Installer/CWinInstallMain.h"
 #include "Installer/ScriptAccess.h"
 
 namespace {

@@ -6,10 +6,10 @@
 
 #include <algorithm>
 
+#include "Actions/RegAccess.h"
 #include "Common/CSystemState.h"
 #include "Common/Handles.h"
 #include "Common/Paths.h"
-#include "Actions/RegAccess.h"
 #include "Common/TextConversions.h"
 #include "Common/TokenSplitter.h"
 #include "Common/Trace.h"

@@ -5,11 +5,11 @@
 
 #include "Common/DriverNames.h"
 #include "Common/Handles.h"
+#include "Common/importWin32API.h"
 #include "Common/Paths.h"
 #include "Common/StringUtilities.h"
 #include "Common/TokenSplitter.h"
 #include "Common/Trace.h"
-#include "Common/importWin32API.h"
 #include "Installer/CWinInstallMain.h"
 #include "Installer/ScriptAccess.h"
 

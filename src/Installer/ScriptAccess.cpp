@@ -6,9 +6,9 @@
 #include <cstring>
 #include <vector>
 
+#include "Actions/RegAccess.h"
 #include "Common/Escapes.h"
 #include "Common/Handles.h"
-#include "Actions/RegAccess.h"
 #include "Common/Status.h"
 #include "Common/Trace.h"
 

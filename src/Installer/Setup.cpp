@@ -1,21 +1,21 @@
 // Set-up and teardown of a run.
 #include <windows.h>
 
+#include "Actions/Redirection.h"
+#include "Actions/RegAccess.h"
 #include "Common/CWinSystemState.h"
 #include "Common/Handles.h"
 #include "Common/ModulePath.h"
 #include "Common/Paths.h"
-#include "Actions/RegAccess.h"
 #include "Common/Status.h"
 #include "Common/StringUtilities.h"
 #include "Common/Trace.h"
 #include "Common/TraceFile.h"
 #include "Common/winplats.h"
-#include "Actions/Redirection.h"
 #include "Installer/AdminType.h"
-#include "Installer/CWinInstallMain.h"
 #include "Installer/CommandLine.h"
 #include "Installer/CommandTable.h"
+#include "Installer/CWinInstallMain.h"
 #include "Installer/ScriptAccess.h"
 
 CWinInstallMain *volatile gWinInstallMain = nullptr;

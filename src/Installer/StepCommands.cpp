@@ -2,8 +2,8 @@
 #include <windows.h>
 
 #include "Common/Trace.h"
-#include "Installer/CWinInstallMain.h"
 #include "Installer/Commands.h"
+#include "Installer/CWinInstallMain.h"
 #include "Installer/Macros.h"
 #include "Installer/Step.h"
 #include "UI/WindowCalls.h"

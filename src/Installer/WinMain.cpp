@@ -6,11 +6,11 @@
 #include <cstdlib>
 #include <string>
 
+#include "Common/importWin32API.h"
 #include "Common/Trace.h"
 #include "Common/TraceFile.h"
-#include "Common/importWin32API.h"
-#include "Installer/CWinInstallMain.h"
 #include "Installer/CommandLine.h"
+#include "Installer/CWinInstallMain.h"
 #include "Installer/Reboot.h"
 #include "Installer/ResponseFiles.h"
 
