@@ -1,8 +1,6 @@
 # The portable sources. They include no Windows header, directly or through others; all other files of src/ call
 # Windows and are found by themselves. One file a line, in alphabetical order.
 set(TAVIX_CORE_SOURCES
-    src/Actions/MultiString.cpp
-    src/Actions/RegPath.cpp
     src/Common/CSystemState.cpp
     src/Common/DriverDate.cpp
     src/Common/DriverNames.cpp
@@ -11,16 +9,46 @@ set(TAVIX_CORE_SOURCES
     src/Common/LanguageProvider.cpp
     src/Common/Numbers.cpp
     src/Common/PlatformRules.cpp
+    src/Common/ResourceStrings.cpp
     src/Common/Status.cpp
     src/Common/StringUtilities.cpp
     src/Common/TextEncoding.cpp
     src/Common/TokenSplitter.cpp
     src/Common/TvxException.cpp
+    src/Devices/CompanionLine.cpp
     src/Devices/DeviceIds.cpp
+    src/Devices/DeviceProperties.cpp
     src/Devices/DeviceTable.cpp
+    src/Devices/RouterDrivers.cpp
+    src/Devices/RouterQuestions.cpp
+    src/Devices/ServiceGroupList.cpp
+    src/Devices/TabletSize.cpp
     src/Installer/CommandLine.cpp
-    src/Installer/Macros.cpp
-    src/Installer/OSVersion.cpp
+    src/Installer/DriverTypes.cpp
+    src/Installer/Options.cpp
+    src/Installer/Outcomes.cpp
+    src/Installer/Preflight.cpp
     src/Installer/PreflightRules.cpp
-    src/Installer/StepList.cpp
+    src/Registry/MultiString.cpp
+    src/Registry/RegPath.cpp
+    src/Script/CRunState.cpp
+    src/Script/Flags.cpp
+    src/Script/Macros.cpp
+    src/Script/OSVersion.cpp
+    src/Script/ScriptFiles.cpp
+    src/Script/Step.cpp
+    src/Script/StepList.cpp
+    src/Services/PreferencePaths.cpp
+    src/Services/ServiceControl.cpp
+    src/Services/UserProcesses.cpp
+    src/Shell/ControlPanel.cpp
+    src/Shell/Description.cpp
+    src/Shell/HexText.cpp
+    src/Shell/LinkData.cpp
+    src/Shell/TasksFile.cpp
+    src/Shell/XmlMerge.cpp
+    src/Shell/XmlUtils.cpp
+    src/UI/PageKeyboard.cpp
+    src/UI/PageLayout.cpp
+    src/UI/PageRules.cpp
 )

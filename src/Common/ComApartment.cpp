@@ -2,7 +2,6 @@
 
 #include <windows.h>
 
-#include "Common/Handles.h"
 #include "Common/importWin32API.h"
 
 namespace {
@@ -11,7 +10,6 @@ struct CApartment {
     bool mOpen = false;
     bool mAsked = false;
     HRESULT mResult = E_FAIL;
-    CLibrary mOle;
 };
 
 CApartment gApartment;
@@ -28,14 +26,9 @@ CComApartmentScope::CComApartmentScope()
 CComApartmentScope::~CComApartmentScope()
 {
     if (gApartment.mResult == S_OK) {
-        using CoUninitializeEntry = void(WINAPI *)();
-        const auto uninitialize = BindEntry<CoUninitializeEntry>(gApartment.mOle.Get(), "CoUninitialize");
-        if (uninitialize != nullptr) {
-            uninitialize();
-        }
+        Ole32().CoUninitialize();
     }
     gApartment.mOpen = false;
-    gApartment.mOle.Reset();
 }
 
 bool EnterComApartment()
@@ -45,11 +38,7 @@ bool EnterComApartment()
     }
     if (!gApartment.mAsked) {
         gApartment.mAsked = true;
-        gApartment.mOle.Reset(LoadSystemLibrary("ole32.dll"));
-        using CoInitializeEntry = HRESULT(WINAPI *)(LPVOID);
-        const auto initialize =
-            gApartment.mOle ? BindEntry<CoInitializeEntry>(gApartment.mOle.Get(), "CoInitialize") : nullptr;
-        gApartment.mResult = initialize != nullptr ? initialize(nullptr) : E_FAIL;
+        gApartment.mResult = Ole32().CoInitialize(nullptr);
     }
     return SUCCEEDED(gApartment.mResult);
 }

@@ -65,12 +65,12 @@ DriverDate ParseDriverVer(const std::string &text)
     const int day = DecimalNumber(parts[1]);
     const int year = DecimalNumber(parts[2]);
     if (year < 1900 || month < 1 || month > 12 || day < 1 || day > 31) {
-        throw CDriverDateException(CDriverDateException::kOutOfBounds);
+        throw CDriverDateException(CDriverDateException::kOutOfBounds, text);
     }
     DriverDate date;
     date.mTime = LocalMidnight(year, month, day);
     if (date.mTime == -1) {
-        throw CDriverDateException(CDriverDateException::kNoSuchTime);
+        throw CDriverDateException(CDriverDateException::kNoSuchTime, text);
     }
     date.mVersion = FileVersion(parts[3], false);
     return date;

@@ -21,13 +21,15 @@ public:
     static constexpr uint32_t kOutOfBounds = 0x80004005; // E_FAIL
     static constexpr uint32_t kNoSuchTime = 0x80070057;  // E_INVALIDARG
 
-    explicit CDriverDateException(uint32_t code) : mCode(code) {}
+    // `text` is the entry that was refused.
+    CDriverDateException(uint32_t code, const std::string &text) : mCode(code), mText("driver date refused: " + text) {}
 
     uint32_t Code() const { return mCode; }
-    const char *what() const noexcept override { return "driver date refused"; }
+    const char *what() const noexcept override { return mText.c_str(); }
 
 private:
     uint32_t mCode;
+    std::string mText;
 };
 
 // Reads month/day/year,version, the entry's own order; an empty text gives the empty value. Throws

@@ -4,19 +4,19 @@
 
 #include "Common/Trace.h"
 
-int32_t mDriverType = 0;
+int32_t CDriverType::mDriverType = 0;
 std::map<int32_t, std::map<int32_t, std::string>> gDriverSplitNamesMap;
 
 namespace {
 
-// What an identifier can be keyed by, in the order of SplitNames::values.
+// What an identifier can be keyed by, in the order of SplitNames::mValues.
 constexpr std::array<int32_t, 10> kKeys = {
     1, 2, 3, EDriverConPen, EDriverConTouch, EDriverProPen, EDriverProTouch, EDriverISDPen, EDriverISDTouch, 0,
 };
 
 // The names of one identifier; null where there is no entry.
 struct SplitNames {
-    std::array<const char *, kKeys.size()> values;
+    std::array<const char *, kKeys.size()> mValues;
 };
 
 // One name whatever the type.
@@ -40,9 +40,9 @@ constexpr SplitNames ByType(const char *consumerPen, const char *consumerTouch, 
 }
 
 struct SplitNamesRow {
-    EDriverSplitName name;
-    const char *nameText;
-    SplitNames names;
+    EDriverSplitName mName;
+    const char *mNameText;
+    SplitNames mNames;
 };
 
 // The names of the whole package; this program reads only some of them. Two conventions stand side by side:
@@ -164,7 +164,7 @@ constexpr bool RowsStandInOrder()
 {
     int32_t name = 0;
     for (const SplitNamesRow &row : kRows) {
-        if (row.name != name++) {
+        if (row.mName != name++) {
             return false;
         }
     }
@@ -175,14 +175,14 @@ static_assert(RowsStandInOrder(), "every identifier has its row, in the order of
 void BuildDriverSplitNames()
 {
     for (const SplitNamesRow &row : kRows) {
-        if (gAssertsToDebugOut && gDriverSplitNamesMap.count(row.name)) {
-            const std::string expression = std::string("!gDriverSplitNamesMap.count(") + row.nameText + ")";
+        if (gAssertsToDebugOut && gDriverSplitNamesMap.count(row.mName)) {
+            const std::string expression = std::string("!gDriverSplitNamesMap.count(") + row.mNameText + ")";
             reportAssertion(expression.c_str(), __FILE__, __LINE__);
         }
-        std::map<int32_t, std::string> &names = gDriverSplitNamesMap[row.name];
+        std::map<int32_t, std::string> &names = gDriverSplitNamesMap[row.mName];
         for (size_t at = 0; at < kKeys.size(); ++at) {
-            if (row.names.values[at] != nullptr) {
-                names[kKeys[at]] = row.names.values[at];
+            if (row.mNames.mValues[at] != nullptr) {
+                names[kKeys[at]] = row.mNames.mValues[at];
             }
         }
     }

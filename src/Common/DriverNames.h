@@ -24,7 +24,14 @@ constexpr int32_t kDriverPenHalf = 0x100;
 constexpr int32_t kDriverTouchHalf = 0x200;
 
 // The driver type of this run, for the whole process; 0 until the run has settled it.
-extern int32_t mDriverType;
+class CDriverType {
+public:
+    static int32_t Get() { return mDriverType; }
+    static void Set(int32_t type) { mDriverType = type; }
+
+private:
+    static int32_t mDriverType;
+};
 
 enum EDriverSplitName : int32_t {
     EDS_UDAName = 0,

@@ -86,3 +86,14 @@ using CRegKey = COwner<PointerPolicy<HKEY, LONG, RegCloseKey>>;
 using CServiceHandle = COwner<PointerPolicy<SC_HANDLE, BOOL, CloseServiceHandle>>;
 using CLibrary = COwner<PointerPolicy<HMODULE, BOOL, FreeLibrary>>;
 using CLocalMemory = COwner<PointerPolicy<HLOCAL, HLOCAL, LocalFree>>;
+
+// COM objects; several owners of one object are made with QueryInterface.
+template <typename TInterface>
+struct ComPolicy {
+    using Type = TInterface *;
+    static Type Empty() { return nullptr; }
+    static bool Owns(Type value) { return value != nullptr; }
+    static void Close(Type value) { value->Release(); }
+};
+template <typename TInterface>
+using CComPointer = COwner<ComPolicy<TInterface>>;

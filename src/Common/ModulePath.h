@@ -3,7 +3,8 @@
 
 #include <string>
 
-// Full path of the program's file; empty when the platform does not tell.
+// Full path of the program's file, its folder by its short form when the ANSI code page cannot hold the long one; empty
+// when the platform does not tell.
 std::string ModulePath();
 
 // The folder of the program's file, without a closing back-slash unless it is a root.

@@ -37,10 +37,7 @@ bool EndsInBackslash(const std::string &path)
 
 bool PathExists(const std::string &path)
 {
-    const UINT mode = SetErrorMode(SEM_FAILCRITICALERRORS);
-    const DWORD attributes = GetFileAttributesA(path.c_str());
-    SetErrorMode(mode);
-    return attributes != INVALID_FILE_ATTRIBUTES;
+    return GetFileAttributesA(path.c_str()) != INVALID_FILE_ATTRIBUTES;
 }
 
 bool IsRootPath(const std::string &path)
@@ -93,6 +90,13 @@ std::vector<size_t> FindBackslashes(const std::string &path, unsigned codePage)
         }
     }
     return positions;
+}
+
+std::string TempFolder()
+{
+    char folder[1024] = {};
+    const DWORD length = GetTempPathA(sizeof folder, folder);
+    return length < sizeof folder ? folder : std::string();
 }
 
 std::string FullPath(const std::string &path)

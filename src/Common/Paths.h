@@ -8,7 +8,7 @@
 
 // Whether something stands at `path`, a file or a directory: what PathFileExistsA documents, asked of the kernel
 // itself, because every run tests for files and the shell library costs as much as the start of the program. Sets the
-// last error when there is nothing.
+// last error when there is nothing. A drive without a medium shows no box: the program asks for that at its start.
 bool PathExists(const std::string &path);
 
 // Whether `path` is the root of a drive or share, such as "C:\" or "\\server\share" (PathIsRootA).
@@ -30,6 +30,9 @@ std::string JoinPath(const std::string &left, const std::string &right);
 // Positions of the back-slashes from left to right. The second byte of a double-byte character of the code page
 // (a Windows number, 0 for that of the system) may have the same value and does not count.
 std::vector<size_t> FindBackslashes(const std::string &path, unsigned codePage = 0);
+
+// The folder for temporary files (GetTempPathA), with its closing back-slash; empty when the platform does not tell.
+std::string TempFolder();
 
 // `path` hung on the working directory where it is relative (GetFullPathNameA); empty with the last error set when the
 // platform refuses it.

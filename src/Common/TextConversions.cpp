@@ -64,3 +64,8 @@ std::string Utf8ToAnsi(const std::string &text)
 {
     return WideToAnsi(Utf8ToWide(text));
 }
+
+bool FitsAnsi(const std::wstring &text)
+{
+    return AnsiToWide(WideToAnsi(text)) == text;
+}

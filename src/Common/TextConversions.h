@@ -11,3 +11,6 @@ std::string WideToUtf8(const std::wstring &text);
 std::string WideToAnsi(const std::wstring &text);
 std::string AnsiToUtf8(const std::string &text);
 std::string Utf8ToAnsi(const std::string &text);
+
+// Whether the ANSI code page holds the text as it is, so that it comes back the same.
+bool FitsAnsi(const std::wstring &text);

@@ -1,5 +1,7 @@
 #include "Common/TextEncoding.h"
 
+#include <stdexcept>
+
 namespace {
 
 constexpr char kAlphabet[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
@@ -70,7 +72,7 @@ uint32_t SixBits(char character)
     if (character == '/') {
         return 63;
     }
-    throw "bad char";
+    throw std::invalid_argument("bad char");
 }
 
 } // namespace

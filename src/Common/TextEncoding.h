@@ -26,5 +26,5 @@ bool IsValidUtf8(const std::string &text);
 std::string Base64Encode(const std::vector<uint8_t> &bytes);
 
 // The inverse. Four characters make three bytes, a last group of three makes two, of two one, of one none. Throws
-// the text "bad char" (a const char pointer) at any byte outside the alphabet, padding included.
+// std::invalid_argument with the text "bad char" at any byte outside the alphabet, padding included.
 std::vector<uint8_t> Base64Decode(const std::string &text);

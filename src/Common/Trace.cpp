@@ -27,31 +27,14 @@ constexpr size_t kShortMessage = 1024;
 
 struct CTraceSink {
     std::string mPath;
+    DWORD mDisposition = OPEN_ALWAYS;
     CHandle mFile;
 };
 
-// A manual-reset event that stands open from its creation on; whoever shuts it one day sets mShut with it. While it is
-// open neither waiting on it nor signalling it does anything, and both are left out: each costs more than a record.
-struct CTraceGate {
-    CHandle mEvent;
-    volatile bool mShut = false;
-
-    void Wait() const
-    {
-        if (mShut && mEvent) {
-            WaitForSingleObject(mEvent.Get(), INFINITE);
-        }
-    }
-    void Signal()
-    {
-        if (mShut && mEvent) {
-            mShut = false;
-            SetEvent(mEvent.Get());
-        }
-    }
-};
-
-CTraceGate gTraceGate;
+// A manual-reset event that is signalled when it is made and never reset: the place where an exclusion of records would
+// go. Neither waiting on it nor signalling it would do anything, and each costs more than a record, so trace() does
+// neither.
+CHandle gTraceGate;
 
 CTraceSink &Sink()
 {
@@ -73,9 +56,9 @@ bool OpenSinkFile(CTraceSink &sink)
 {
     if (!sink.mFile) {
         // FILE_APPEND_DATA alone makes every write go to the end of the file, whoever else appends to it.
-        sink.mFile.Reset(CreateFileA(sink.mPath.c_str(), FILE_APPEND_DATA,
-                                     FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_ALWAYS,
-                                     FILE_ATTRIBUTE_NORMAL, nullptr));
+        // Others may read and write it, and nobody deletes it under the run.
+        sink.mFile.Reset(CreateFileA(sink.mPath.c_str(), FILE_APPEND_DATA, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                                     sink.mDisposition, FILE_ATTRIBUTE_NORMAL, nullptr));
     }
     return static_cast<bool>(sink.mFile);
 }
@@ -217,20 +200,21 @@ int TraceFormatted(const char *format, va_list arguments)
 
 void OpenTraceGate()
 {
-    gTraceGate.mEvent.Reset(CreateEventA(nullptr, TRUE, TRUE, nullptr));
+    gTraceGate.Reset(CreateEventA(nullptr, TRUE, TRUE, nullptr));
 }
 
 void CloseTraceGate()
 {
-    gTraceGate.mEvent.Reset();
+    gTraceGate.Reset();
 }
 
-bool OpenTraceSink(const std::string &path)
+bool OpenTraceSink(const std::string &path, bool anew)
 {
     CTvxLock lock(*gTraceLock);
     CTraceSink &sink = Sink();
     sink.mFile.Reset();
     sink.mPath = path;
+    sink.mDisposition = anew ? CREATE_NEW : OPEN_ALWAYS;
     return !path.empty() && OpenSinkFile(sink);
 }
 
@@ -252,12 +236,10 @@ int trace(int level, const char *format, ...)
     if (level >= gDiagnosticLevel) {
         return 0;
     }
-    gTraceGate.Wait();
     va_list arguments;
     va_start(arguments, format);
     const int result = TraceFormatted(format, arguments);
     va_end(arguments);
-    gTraceGate.Signal();
     return result;
 }
 

@@ -1,19 +1,20 @@
 #include "Common/TvxException.h"
 
-#include <sstream>
+#include <cstdio>
 
 CTvxException::CTvxException(const char *file, uint32_t line, const std::string &message, uint16_t status)
     : mFile(file), mLine(line), mMessage(message), mStatus(status)
 {
-    std::ostringstream text;
+    // Without a string stream, which would bring 700 KB of locales into the program.
     if (mFile != nullptr) {
-        text << "File: " << mFile << ", Line: " << mLine << ", ";
+        mText = std::string("File: ") + mFile + ", Line: " + std::to_string(mLine) + ", ";
     }
     if (mStatus != 0) {
-        text << "Status: " << std::hex << mStatus << ", ";
+        char hex[8];
+        std::snprintf(hex, sizeof hex, "%x", static_cast<unsigned>(mStatus));
+        mText += std::string("Status: ") + hex + ", ";
     }
-    text << " \"" << mMessage << '"';
-    mText = text.str();
+    mText += " \"" + mMessage + '"';
 }
 
 CTvxException::CTvxException(const CTvxException &other)

@@ -11,7 +11,6 @@ uint32_t GetUserLocaleId()
 
 uint16_t GetUserUILanguageId()
 {
-    using Entry = LANGID(WINAPI *)();
-    const auto getUILanguage = BindEntry<Entry>(GetModuleHandleA("KERNEL32.DLL"), "GetUserDefaultUILanguage");
+    const auto getUILanguage = Kernel32().GetUserDefaultUILanguage.Get();
     return getUILanguage != nullptr ? getUILanguage() : static_cast<uint16_t>(GetUserDefaultLCID());
 }

@@ -87,6 +87,13 @@ private:
     std::vector<BYTE> mBlock;
 };
 
+// Whether a profile function can make a file of the path. Longer ones are no files to them, and Wine's ends the
+// program.
+bool CanBeFile(const std::wstring &path)
+{
+    return path.size() < MAX_PATH && GetFullPathNameW(path.c_str(), 0, nullptr, nullptr) <= MAX_PATH;
+}
+
 } // namespace
 
 FileVersion ReadProductVersion(const std::string &path)
@@ -105,7 +112,10 @@ FileVersion ReadProductVersion(const std::string &path)
 DriverDate ReadInfDriverVersion(const std::string &path)
 {
     wchar_t text[50];
-    const DWORD length =
-        GetPrivateProfileStringW(L"Version", L"DriverVer", L"", text, ARRAYSIZE(text), Utf8ToWide(path).c_str());
+    const std::wstring file = Utf8ToWide(path);
+    DWORD length = 0;
+    if (CanBeFile(file)) {
+        length = GetPrivateProfileStringW(L"Version", L"DriverVer", L"", text, ARRAYSIZE(text), file.c_str());
+    }
     return ParseDriverVer(WideToUtf8(std::wstring(text, length)));
 }

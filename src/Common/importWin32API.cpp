@@ -15,10 +15,8 @@ constexpr DWORD kSearchSystem32 = 0x800; // LOAD_LIBRARY_SEARCH_SYSTEM32
 // Windows does not tell. On 64-bit Windows that is the folder behind the redirection, by its own name.
 std::string SystemLibraryFolder()
 {
-    using FolderEntry = UINT(WINAPI *)(LPSTR, UINT);
-    const auto getWow64Directory = BindEntry<FolderEntry>(GetModuleHandleA("kernel32.dll"), "GetSystemWow64DirectoryA");
     char folder[MAX_PATH];
-    UINT length = getWow64Directory != nullptr ? getWow64Directory(folder, sizeof folder) : 0;
+    UINT length = Kernel32().GetSystemWow64DirectoryA(folder, sizeof folder);
     if (length == 0) {
         length = GetSystemDirectoryA(folder, sizeof folder); // 32-bit Windows
     }
@@ -35,15 +33,8 @@ HMODULE LoadByFullPath(const std::string &path, DWORD flags)
 
 void HardenLibrarySearch()
 {
-    const HMODULE kernel32 = GetModuleHandleA("kernel32.dll");
-    const auto setDllDirectory = BindEntry<BOOL(WINAPI *)(LPCSTR)>(kernel32, "SetDllDirectoryA");
-    if (setDllDirectory != nullptr) {
-        setDllDirectory("");
-    }
-    const auto setDefaultDirectories = BindEntry<BOOL(WINAPI *)(DWORD)>(kernel32, "SetDefaultDllDirectories");
-    if (setDefaultDirectories != nullptr) {
-        setDefaultDirectories(kSearchSystem32);
-    }
+    Kernel32().SetDllDirectoryA("");
+    Kernel32().SetDefaultDllDirectories(kSearchSystem32);
 }
 
 HMODULE LoadSystemLibrary(const char *name)
@@ -124,11 +115,15 @@ FARPROC CImportWin32API::GetProc(const char *name)
     return procAddr;
 }
 
-CKernel32::CKernel32() : CImportWin32API("kernel32.dll", false, true) {}
+CKernel32::CKernel32(bool report) : CImportWin32API("kernel32.dll", false, report) {}
 
 CUser32::CUser32() : CImportWin32API("user32.dll", false, true) {}
 
-CAdvApi32::CAdvApi32() : CImportWin32API("advapi32.dll", true, true) {}
+CGdi32::CGdi32() : CImportWin32API("gdi32.dll", true, true) {}
+
+CComCtl32::CComCtl32() : CImportWin32API("comctl32.dll", true, true) {}
+
+CAdvApi32::CAdvApi32(bool report) : CImportWin32API("advapi32.dll", true, report) {}
 
 CPSApi::CPSApi() : CImportWin32API("psapi.dll", true, true) {}
 
@@ -136,18 +131,82 @@ CSHLWApi::CSHLWApi() : CImportWin32API("shlwapi.dll", true, true) {}
 
 CWtsApi32::CWtsApi32() : CImportWin32API("wtsapi32.dll", true, true) {}
 
-CSetupApi::CSetupApi() : CImportWin32API("setupapi.dll", true, true) {}
+CSetupApi::CSetupApi(bool report) : CImportWin32API("setupapi.dll", true, report) {}
 
 CCfgMgr32::CCfgMgr32() : CImportWin32API("cfgmgr32.dll", true, true) {}
 
+CShell32::CShell32() : CImportWin32API("shell32.dll", true, true) {}
+
+CRpcRt4::CRpcRt4() : CImportWin32API("rpcrt4.dll", true, true) {}
+
+COle32::COle32() : CImportWin32API("ole32.dll", true, true) {}
+
+namespace {
+
+// Never destroyed: a thread of the run, or of the library itself, may be inside it while the process ends.
+template <typename TLibrary, typename... TArgs>
+TLibrary &Lasting(TArgs... args)
+{
+    static TLibrary &library = *new TLibrary(args...);
+    return library;
+}
+
+} // namespace
+
+CKernel32 &Kernel32()
+{
+    return Lasting<CKernel32>(false);
+}
+
+CUser32 &User32()
+{
+    // The class only finds what is loaded. user32 cannot be unloaded sensibly once a thread has used it.
+    static const HMODULE loaded = LoadSystemLibrary("user32.dll");
+    static_cast<void>(loaded);
+    return Lasting<CUser32>();
+}
+
+CGdi32 &Gdi32()
+{
+    return Lasting<CGdi32>();
+}
+
+CComCtl32 &ComCtl32()
+{
+    return Lasting<CComCtl32>();
+}
+
+CAdvApi32 &AdvApi32()
+{
+    return Lasting<CAdvApi32>(false);
+}
+
+CShell32 &Shell32()
+{
+    return Lasting<CShell32>();
+}
+
+COle32 &Ole32()
+{
+    return Lasting<COle32>();
+}
+
+CRpcRt4 &RpcRt4()
+{
+    return Lasting<CRpcRt4>();
+}
+
 CSetupApi &SetupApi()
 {
-    static CSetupApi instance;
-    return instance;
+    return Lasting<CSetupApi>();
 }
 
 CCfgMgr32 &CfgMgr32()
 {
-    static CCfgMgr32 instance;
-    return instance;
+    return Lasting<CCfgMgr32>();
+}
+
+CSHLWApi &ShlwApi()
+{
+    return Lasting<CSHLWApi>();
 }

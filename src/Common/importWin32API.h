@@ -8,8 +8,11 @@
 #include <windows.h>
 
 #include <cfgmgr32.h>
+#include <commctrl.h>
+#include <objbase.h>
 #include <psapi.h>
 #include <setupapi.h>
+#include <shellapi.h>
 #include <shlwapi.h>
 
 // Makes the system folder the only place that libraries are searched in: neither the working directory nor the
@@ -33,6 +36,7 @@ HMODULE LoadPackageLibrary(const std::string &name, DWORD flags = 0);
 
 // Address of `entry` in `module` as the pointer type TEntry, or null with the last error set. A null
 // module, which Windows would take for the program itself, answers null and leaves the error of its load.
+// For libraries that a package brings along; those of the system have a class each below.
 template <typename TEntry>
 TEntry BindEntry(HMODULE module, const char *entry)
 {
@@ -84,12 +88,20 @@ public:
     CLazyEntry(const CLazyEntry &) = delete;
     CLazyEntry &operator=(const CLazyEntry &) = delete;
 
-    TResult operator()(TArgs... args)
+    using Entry = TResult(WINAPI *)(TArgs...);
+
+    // The entry itself, null when there is none.
+    Entry Get()
     {
         if (mEntry == nullptr) {
             mEntry = reinterpret_cast<Entry>(reinterpret_cast<void *>(mLibrary.GetProc(mName)));
         }
-        if (mEntry == nullptr) {
+        return mEntry;
+    }
+
+    TResult operator()(TArgs... args)
+    {
+        if (Get() == nullptr) {
             SetLastError(ERROR_CALL_NOT_IMPLEMENTED);
             return mFailure;
         }
@@ -97,10 +109,36 @@ public:
     }
 
 private:
-    using Entry = TResult(WINAPI *)(TArgs...);
     CImportWin32API &mLibrary;
     const char *mName;
     TResult mFailure;
+    Entry mEntry = nullptr;
+};
+
+// The same for an entry without a result: a call that finds no entry does nothing.
+template <typename... TArgs>
+class CLazyEntry<void(WINAPI *)(TArgs...)> {
+public:
+    CLazyEntry(CImportWin32API &library, const char *name) : mLibrary(library), mName(name) {}
+    CLazyEntry(const CLazyEntry &) = delete;
+    CLazyEntry &operator=(const CLazyEntry &) = delete;
+
+    void operator()(TArgs... args)
+    {
+        if (mEntry == nullptr) {
+            mEntry = reinterpret_cast<Entry>(reinterpret_cast<void *>(mLibrary.GetProc(mName)));
+        }
+        if (mEntry != nullptr) {
+            mEntry(args...);
+        } else {
+            SetLastError(ERROR_CALL_NOT_IMPLEMENTED);
+        }
+    }
+
+private:
+    using Entry = void(WINAPI *)(TArgs...);
+    CImportWin32API &mLibrary;
+    const char *mName;
     Entry mEntry = nullptr;
 };
 
@@ -112,26 +150,83 @@ private:
         *this, #name, ##__VA_ARGS__                                                                                    \
     }
 
+// `report` of the two constructors below: entries that a Windows may lack are asked for in silence.
 class CKernel32 : public CImportWin32API {
 public:
-    CKernel32();
+    explicit CKernel32(bool report = true);
     // Windows 8. It answers an error number, so 0 would mean success.
     CLazyEntry<LONG(WINAPI *)(HANDLE, UINT32 *, BYTE *)> GetPackageId{*this, "GetPackageId",
                                                                       ERROR_CALL_NOT_IMPLEMENTED};
-    TVX_ENTRY(IsWow64Process);                 // XP SP2
-    TVX_ENTRY(Wow64DisableWow64FsRedirection); // XP 64-bit, Vista
+    CLazyEntry<BOOL(WINAPI *)(DWORD, DWORD, DWORD, DWORD, PDWORD)> GetProductInfo{*this, "GetProductInfo"}; // Vista
+    CLazyEntry<UINT(WINAPI *)(LPSTR, UINT)> GetSystemWow64DirectoryA{*this, "GetSystemWow64DirectoryA"};
+    CLazyEntry<LANGID(WINAPI *)()> GetUserDefaultUILanguage{*this, "GetUserDefaultUILanguage"};
+    TVX_ENTRY(IsWow64Process); // XP SP2
+    TVX_ENTRY(MoveFileExA);
+    CLazyEntry<BOOL(WINAPI *)(DWORD)> SetDefaultDllDirectories{*this, "SetDefaultDllDirectories"}; // 8, update of 2011
+    CLazyEntry<BOOL(WINAPI *)(LPCSTR)> SetDllDirectoryA{*this, "SetDllDirectoryA"};                // XP SP1
+    TVX_ENTRY(Wow64DisableWow64FsRedirection);                                                     // XP 64-bit, Vista
+    CLazyEntry<BOOLEAN(WINAPI *)(BOOLEAN)> Wow64EnableWow64FsRedirection{*this, "Wow64EnableWow64FsRedirection"};
     TVX_ENTRY(Wow64RevertWow64FsRedirection);
 };
 
 class CUser32 : public CImportWin32API {
 public:
     CUser32();
+    TVX_ENTRY(CallWindowProcA);
+    TVX_ENTRY(CreateWindowExA);
+    TVX_ENTRY(DefWindowProcA);
+    TVX_ENTRY(DestroyWindow);
+    TVX_ENTRY(DispatchMessageA);
+    TVX_ENTRY(ExitWindowsEx);
+    TVX_ENTRY(GetDC);
+    TVX_ENTRY(GetDesktopWindow);
+    TVX_ENTRY(GetMessageA);
+    TVX_ENTRY(GetParent);
+    TVX_ENTRY(GetSystemMetrics);
+    TVX_ENTRY(GetWindowRect);
+    TVX_ENTRY(InvalidateRect);
+    TVX_ENTRY(IsDialogMessageA);
     CLazyEntry<BOOL(WINAPI *)(HANDLE)> IsImmersiveProcess{*this, "IsImmersiveProcess"}; // Windows 8
+    TVX_ENTRY(KillTimer);
+    TVX_ENTRY(LoadCursorA);
+    TVX_ENTRY(LoadIconA);
+    TVX_ENTRY(MessageBoxA);
+    TVX_ENTRY(MoveWindow);
+    TVX_ENTRY(MsgWaitForMultipleObjects, WAIT_FAILED);
+    TVX_ENTRY(PeekMessageA);
+    TVX_ENTRY(PostMessageA);
+    TVX_ENTRY(PostQuitMessage);
+    TVX_ENTRY(RegisterClassExA);
+    TVX_ENTRY(ReleaseDC);
+    TVX_ENTRY(SendMessageA);
+    TVX_ENTRY(SetCursor);
+    TVX_ENTRY(SetFocus);
+    TVX_ENTRY(SetTimer);
+    TVX_ENTRY(SetWindowLongA);
+    TVX_ENTRY(SetWindowPos);
+    TVX_ENTRY(SetWindowTextA);
+    TVX_ENTRY(ShowWindow);
+    TVX_ENTRY(TranslateMessage);
+    TVX_ENTRY(UpdateWindow);
+};
+
+class CGdi32 : public CImportWin32API {
+public:
+    CGdi32();
+    TVX_ENTRY(CreateFontIndirectA);
+    TVX_ENTRY(DeleteObject);
+    TVX_ENTRY(GetDeviceCaps);
+};
+
+class CComCtl32 : public CImportWin32API {
+public:
+    CComCtl32();
+    TVX_ENTRY(InitCommonControls);
 };
 
 class CAdvApi32 : public CImportWin32API {
 public:
-    CAdvApi32();
+    explicit CAdvApi32(bool report = true);
     TVX_ENTRY(AdjustTokenPrivileges);
     TVX_ENTRY(AllocateAndInitializeSid);
     TVX_ENTRY(EqualSid);
@@ -139,6 +234,9 @@ public:
     TVX_ENTRY(GetTokenInformation);
     TVX_ENTRY(LookupPrivilegeValueA);
     TVX_ENTRY(OpenProcessToken);
+    TVX_ENTRY(RegDeleteKeyA);
+    CLazyEntry<LONG(WINAPI *)(HKEY, LPCSTR, REGSAM, DWORD)> RegDeleteKeyExA{*this,
+                                                                            "RegDeleteKeyExA"}; // 64-bit XP, Vista
 };
 
 class CPSApi : public CImportWin32API {
@@ -153,6 +251,8 @@ class CSHLWApi : public CImportWin32API {
 public:
     CSHLWApi();
     TVX_ENTRY(PathFileExistsW);
+    TVX_ENTRY(PathIsDirectoryEmptyW);
+    TVX_ENTRY(PathRemoveFileSpecW);
 };
 
 // No entry is in use yet.
@@ -163,13 +263,40 @@ public:
 
 class CSetupApi : public CImportWin32API {
 public:
-    CSetupApi();
+    explicit CSetupApi(bool report = true);
     TVX_ENTRY(SetupDiDestroyDeviceInfoList);
     TVX_ENTRY(SetupDiEnumDeviceInfo);
     TVX_ENTRY(SetupDiGetClassDevsExA, INVALID_HANDLE_VALUE);
     TVX_ENTRY(SetupDiGetDeviceRegistryPropertyA);
     TVX_ENTRY(SetupDiOpenDevRegKey, static_cast<HKEY>(INVALID_HANDLE_VALUE));
     TVX_ENTRY(SetupDiRemoveDevice);
+    TVX_ENTRY(SetupCopyOEMInfA); // Windows 2000
+};
+
+class CRpcRt4 : public CImportWin32API {
+public:
+    CRpcRt4();
+    TVX_ENTRY(RpcStringFreeA, RPC_S_CALL_FAILED);
+    TVX_ENTRY(UuidCreateSequential, RPC_S_CALL_FAILED);
+    TVX_ENTRY(UuidToStringA, RPC_S_CALL_FAILED);
+};
+
+class CShell32 : public CImportWin32API {
+public:
+    CShell32();
+    CLazyEntry<BOOL(WINAPI *)(HWND, LPSTR, int, BOOL)> SHGetSpecialFolderPathA{*this, "SHGetSpecialFolderPathA"};
+    TVX_ENTRY(ShellExecuteExA);
+    TVX_ENTRY(ShellExecuteExW);
+    TVX_ENTRY(ShellExecuteW);
+};
+
+class COle32 : public CImportWin32API {
+public:
+    COle32();
+    TVX_ENTRY(CoCreateInstance, E_FAIL);
+    TVX_ENTRY(CoInitialize, E_FAIL);
+    TVX_ENTRY(CoInitializeEx, E_FAIL);
+    TVX_ENTRY(CoUninitialize);
 };
 
 // The configuration manager answers CR_ numbers, of which 0 is success; a missing entry is CR_FAILURE.
@@ -182,6 +309,16 @@ public:
 
 #undef TVX_ENTRY
 
-// The two libraries of the device tree, one object each for the process.
+// One object a library for the whole process. A library is loaded by the first call of one of its entries and stays;
+// User32() is the one that loads user32 too. Those of kernel32 and advapi32 do not report an entry that is missing.
+CKernel32 &Kernel32();
+CUser32 &User32();
+CGdi32 &Gdi32();
+CComCtl32 &ComCtl32();
+CAdvApi32 &AdvApi32();
+CShell32 &Shell32();
+COle32 &Ole32();
+CRpcRt4 &RpcRt4();
 CSetupApi &SetupApi();
 CCfgMgr32 &CfgMgr32();
+CSHLWApi &ShlwApi();

@@ -13,11 +13,8 @@ uint32_t gServicePack = 0;
 EEdition ReadEdition(const OSVERSIONINFOEXA &version)
 {
     // From Vista on; before, there are no editions to tell apart.
-    using Entry = BOOL(WINAPI *)(DWORD, DWORD, DWORD, DWORD, PDWORD);
-    const auto getProductInfo = BindEntry<Entry>(GetModuleHandleA("KERNEL32.DLL"), "GetProductInfo");
     DWORD productType = 0;
-    if (getProductInfo == nullptr ||
-        !getProductInfo(version.dwMajorVersion, version.dwMinorVersion, 0, 0, &productType)) {
+    if (!Kernel32().GetProductInfo(version.dwMajorVersion, version.dwMinorVersion, 0, 0, &productType)) {
         return EEditionFull;
     }
     return EditionFromProductType(productType);
@@ -127,8 +124,5 @@ std::string GetPlatformText()
 
 bool IsTabletPC()
 {
-    using Entry = int(WINAPI *)(int);
-    static const HMODULE user32 = LoadSystemLibrary("user32.dll");
-    static const Entry getSystemMetrics = BindEntry<Entry>(user32, "GetSystemMetrics");
-    return getSystemMetrics != nullptr && getSystemMetrics(SM_TABLETPC) != 0;
+    return User32().GetSystemMetrics(SM_TABLETPC) != 0;
 }

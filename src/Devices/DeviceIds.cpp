@@ -4,6 +4,7 @@
 #include <cstdio>
 
 #include "Common/TokenSplitter.h"
+#include "Devices/DevicesFound.h"
 
 namespace {
 
@@ -14,10 +15,7 @@ bool Counts(const DeviceRow &row, bool modern)
 
 std::string IdOf(const DeviceRow &row, bool modern)
 {
-    char text[sizeof("VID_FFFF&PID_FFFF")];
-    std::snprintf(text, sizeof(text), "VID_%04X&PID_%04X", static_cast<unsigned>(row.mVendorId),
-                  static_cast<unsigned>(row.mProductId));
-    std::string id = text;
+    std::string id = UsbId(row.mVendorId, row.mProductId);
     if (modern && (row.mFlags & kDeviceModernInterface1) != 0) {
         id += "&MI_01";
     } else if (modern && (row.mFlags & kDeviceModernInterface0) != 0) {
@@ -31,6 +29,14 @@ std::string IdOf(const DeviceRow &row, bool modern)
 }
 
 } // namespace
+
+std::string UsbId(uint16_t vendorId, uint16_t productId)
+{
+    char text[sizeof("VID_FFFF&PID_FFFF")];
+    std::snprintf(text, sizeof(text), "VID_%04X&PID_%04X", static_cast<unsigned>(vendorId),
+                  static_cast<unsigned>(productId));
+    return text;
+}
 
 std::vector<SupportedDevice> SupportedDevicesFrom(const DeviceRow *rows, size_t count, bool modern)
 {
@@ -51,14 +57,16 @@ std::vector<SupportedDevice> SupportedDevicesFrom(const DeviceRow *rows, size_t 
     return devices;
 }
 
-std::string UpperCaseId(std::string id)
+bool DevicesFound::IsProductAttached(const std::string &text) const
 {
-    for (char &character : id) {
-        if (character >= 'a' && character <= 'z') {
-            character = static_cast<char>(character - 'a' + 'A');
-        }
-    }
-    return id;
+    return std::any_of(mDeviceList.begin(), mDeviceList.end(),
+                       [&](const SupportedDevice &device) { return device.mFound && Contains(device.mId, text); });
+}
+
+size_t DevicesFound::CountFound() const
+{
+    return static_cast<size_t>(std::count_if(mDeviceList.begin(), mDeviceList.end(),
+                                             [](const SupportedDevice &device) { return device.mFound; }));
 }
 
 bool Contains(const std::string &id, const std::string &fragment)

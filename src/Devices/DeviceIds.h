@@ -8,12 +8,12 @@
 #include "Devices/DeviceTable.h"
 #include "Devices/SupportedDevice.h"
 
+// The part of an instance id that names a product, such as "VID_7A1C&PID_0110".
+std::string UsbId(uint16_t vendorId, uint16_t productId);
+
 // The run's list of supported devices, none found yet, in the order of the rows. `modern` says that the
 // platform is Windows 8 or 8.1, where some rows count that do not count elsewhere and the other way round.
 std::vector<SupportedDevice> SupportedDevicesFrom(const DeviceRow *rows, size_t count, bool modern);
-
-// ASCII letters in upper case, all other bytes as they are: Windows gives instance ids in any case.
-std::string UpperCaseId(std::string id);
 
 // Whether `fragment` occurs in `id`, exact with regard to case; an empty fragment occurs in every id.
 bool Contains(const std::string &id, const std::string &fragment);

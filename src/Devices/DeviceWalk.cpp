@@ -2,14 +2,14 @@
 
 #include <windows.h>
 
-#include "Actions/FileExists.h"
 #include "Common/CSystemState.h"
 #include "Common/Handles.h"
 #include "Common/importWin32API.h"
+#include "Common/StringUtilities.h"
 #include "Common/Trace.h"
 #include "Devices/DeviceIds.h"
 #include "Devices/DeviceTable.h"
-#include "Installer/CWinInstallMain.h"
+#include "Files/FileExists.h"
 
 namespace {
 
@@ -31,11 +31,11 @@ CDeviceList OpenDeviceList(const char *enumerator, bool present)
         SetupApi().SetupDiGetClassDevsExA(nullptr, enumerator, nullptr, flags, nullptr, nullptr, nullptr));
 }
 
-bool GetDevice(const CDeviceList &list, DWORD index, SP_DEVINFO_DATA *device_O)
+bool GetDevice(const CDeviceList &list, DWORD index, SP_DEVINFO_DATA &device_O)
 {
-    *device_O = SP_DEVINFO_DATA();
-    device_O->cbSize = sizeof(*device_O);
-    return SetupApi().SetupDiEnumDeviceInfo(list.Get(), index, device_O) != FALSE;
+    device_O = SP_DEVINFO_DATA();
+    device_O.cbSize = sizeof(device_O);
+    return SetupApi().SetupDiEnumDeviceInfo(list.Get(), index, &device_O) != FALSE;
 }
 
 bool IsLive(DEVINST device)
@@ -55,7 +55,7 @@ std::string GetInstanceId(DEVINST device)
     return id;
 }
 
-void RemoveDevice(const CDeviceList &list, SP_DEVINFO_DATA *device_I_O, const std::string &instanceId,
+void RemoveDevice(const CDeviceList &list, SP_DEVINFO_DATA &device_I_O, const std::string &instanceId,
                   const SupportedDevice &record)
 {
     if ((record.mFlags & kDeviceI2C) != 0) {
@@ -64,73 +64,59 @@ void RemoveDevice(const CDeviceList &list, SP_DEVINFO_DATA *device_I_O, const st
         return;
     }
     trace(1, "EnumerateSupportedDevices: Removing %s\n", instanceId.c_str());
-    SetupApi().SetupDiRemoveDevice(list.Get(), device_I_O);
+    SetupApi().SetupDiRemoveDevice(list.Get(), &device_I_O);
+}
+
+void MarkFound(DevicesFound &devices_I_O, SupportedDevice &device_I_O)
+{
+    trace(1, "EnumerateSupportedDevices: %s found\n", device_I_O.mId.c_str());
+    device_I_O.mFound = true;
+    devices_I_O.mDevicePresence |= device_I_O.mFlags;
+    if ((device_I_O.mFlags & kDeviceOwnData) == 0) {
+        return;
+    }
+    devices_I_O.mProductName = ProductNameOf(device_I_O.mId);
+    const std::string dataFile = ".\\" + devices_I_O.mProductName + ".dat";
+    if (FileExistsStep(dataFile, true)) {
+        devices_I_O.mOemDataFile = dataFile;
+    }
 }
 
 } // namespace
 
-// Rebuilds the list from the product table: all found marks are lost, mDevicePresence is not.
-void CWinInstallMain::BuildSupportedDevices()
+void BuildSupportedDevices(DevicesFound &devices_I_O)
 {
-    mDeviceList = SupportedDevicesFrom(gDeviceTable, kDeviceRowCount, IsOSTypeWin8(CSystemState::GetOSType()));
+    devices_I_O.mDeviceList =
+        SupportedDevicesFrom(gDeviceTable, kDeviceRowCount, IsOSTypeWin8(CSystemState::GetOSType()));
 }
 
-void CWinInstallMain::MarkFound(SupportedDevice &device_I_O)
-{
-    trace(1, "EnumerateSupportedDevices: %s found\n", device_I_O.mId.c_str());
-    device_I_O.mFound = true;
-    mDevicePresence |= device_I_O.mFlags;
-    if ((device_I_O.mFlags & kDeviceOwnData) == 0) {
-        return;
-    }
-    mProductName = ProductNameOf(device_I_O.mId);
-    const std::string dataFile = ".\\" + mProductName + ".dat";
-    if (FileExistsStep(dataFile, true)) {
-        mOemDataFile = dataFile;
-    }
-}
-
-// With `present` the walk sees the devices attached now and marks their records found; without it the walk sees
-// the remembered ones. `remove` takes the nodes of supported devices out of the tree. Answers what closing the
-// list answered, or the last error when there was no list.
-DWORD CWinInstallMain::EnumerateSupportedDevices(const char *enumerator, bool present, bool remove)
+DWORD EnumerateSupportedDevices(DevicesFound &devices_I_O, const char *enumerator, bool present, bool remove)
 {
     CDeviceList list = OpenDeviceList(enumerator, present);
     if (!list) {
         return GetLastError();
     }
     SP_DEVINFO_DATA device;
-    for (DWORD index = 0; GetDevice(list, index, &device); ++index) {
+    for (DWORD index = 0; GetDevice(list, index, device); ++index) {
         const bool live = IsLive(device.DevInst);
         if (live != present) {
             continue; // a list of all devices holds the live ones too, and a device may go while we look
         }
-        const std::string instanceId = UpperCaseId(GetInstanceId(device.DevInst));
+        const std::string instanceId = UpperAscii(GetInstanceId(device.DevInst));
         // A node can match several records, and every one of them is marked and asks for the removal.
-        for (SupportedDevice &record : mDeviceList) {
+        for (SupportedDevice &record : devices_I_O.mDeviceList) {
             if (!Contains(instanceId, record.mId)) {
                 continue;
             }
             if (live) {
-                MarkFound(record);
+                MarkFound(devices_I_O, record);
             }
             if (remove) {
-                RemoveDevice(list, &device, instanceId, record);
+                RemoveDevice(list, device, instanceId, record);
             }
         }
     }
     return static_cast<DWORD>(SetupApi().SetupDiDestroyDeviceInfoList(list.Release()));
-}
-
-// Whether a device was found whose id contains `text`, exact with regard to case.
-bool CWinInstallMain::IsProductAttached(const std::string &text) const
-{
-    for (const SupportedDevice &device : mDeviceList) {
-        if (device.mFound && Contains(device.mId, text)) {
-            return true;
-        }
-    }
-    return false;
 }
 
 void RemoveDeviceInfoValue(const char *enumerator, const std::string &fragment)
@@ -143,8 +129,8 @@ void RemoveDeviceInfoValue(const char *enumerator, const std::string &fragment)
         return;
     }
     SP_DEVINFO_DATA device;
-    for (DWORD index = 0; GetDevice(list, index, &device); ++index) {
-        if (!Contains(UpperCaseId(GetInstanceId(device.DevInst)), fragment)) {
+    for (DWORD index = 0; GetDevice(list, index, device); ++index) {
+        if (!Contains(UpperAscii(GetInstanceId(device.DevInst)), fragment)) {
             continue;
         }
         const HKEY opened =

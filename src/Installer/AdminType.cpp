@@ -75,7 +75,7 @@ uint32_t AdminTypeOfGroups(CAdvApi32 &api, const std::vector<BYTE> &data)
 
 uint32_t GetUserAdminType()
 {
-    CAdvApi32 api;
+    CAdvApi32 &api = AdvApi32();
     CHandle token;
     if (!api.OpenProcessToken(GetCurrentProcess(), TOKEN_QUERY | READ_CONTROL, token.Receive())) {
         return 0;

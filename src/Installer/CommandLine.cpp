@@ -8,7 +8,6 @@ namespace {
 constexpr ptrdiff_t kRoleDistance = 12;
 constexpr char kRoleName[] = "remove.exe";
 constexpr size_t kRoleLength = sizeof kRoleName - 1;
-constexpr size_t kHexLine = 16;
 
 char LowerAscii(char letter)
 {
@@ -84,23 +83,6 @@ bool IsRemoveRole(const char *begin, const char *tail)
 void CResponseText::TakeChunk()
 {
     mText.append(mBuffer, std::find(mBuffer, mBuffer + kChunk, '\0'));
-}
-
-std::string HexText(const unsigned char *bytes, size_t count)
-{
-    static constexpr char kDigits[] = "0123456789ABCDEF";
-    std::string text;
-    text.reserve(count * 3 + count / kHexLine + 2);
-    for (size_t at = 0; at < count; ++at) {
-        text += kDigits[bytes[at] >> 4];
-        text += kDigits[bytes[at] & 15];
-        if (at % kHexLine == kHexLine - 1 || at + 1 == count) {
-            text += "\r\n";
-        } else {
-            text += ' ';
-        }
-    }
-    return text;
 }
 
 bool IsOption(const std::string &token, const char *name)

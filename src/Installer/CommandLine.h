@@ -35,8 +35,5 @@ private:
     std::string mText;
 };
 
-// The bytes as hexadecimal text: one line per 16 bytes, "%02X " each, the line's last blank replaced by CR LF.
-std::string HexText(const unsigned char *bytes, size_t count);
-
 // Equality of an option name without regard to case (ASCII letters).
 bool IsOption(const std::string &token, const char *name);

@@ -1,6 +1,8 @@
-// What an earlier package may have left on the machine; see the members of CWinInstallMain for the whole checks.
+// The check in front of an installation for what an earlier one left behind.
 #pragma once
 
-// Whether a service of this package or of an earlier one cannot be configured, as a rule because it is marked for
-// deletion: only the next start of Windows ends that. Services that are not there do not count.
-bool IsServiceConfigDirty();
+class CRunState;
+
+// Whether remains of an earlier package ask for a restart of Windows before anything is installed. Reads that fail have
+// found nothing. Writes nothing but what RemoveVirtualHidKey() in the definition does.
+bool MustRebootBeforeInstall(const CRunState &run);

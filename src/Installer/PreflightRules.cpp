@@ -1,6 +1,7 @@
 #include "Installer/PreflightRules.h"
 
 #include "Common/CSystemState.h"
+#include "Script/PackageKind.h"
 
 uint32_t DriverKindFrom(uint32_t isd, uint32_t visd, uint32_t touch)
 {
@@ -31,18 +32,4 @@ bool IsVistaOrLaterPlatform(int32_t osType)
     default:
         return false;
     }
-}
-
-EInstallType DecideBeforeRights(const PreflightFacts &facts)
-{
-    // A removal is refused like an installation on a Windows that the package does not know.
-    if (facts.mAllowObsoleteOS == 0 && !IsSupportedPlatform(facts.mOSType)) {
-        return ENotSupported;
-    }
-    // A package for built-in tablets installs on machines that have one; it can be removed anywhere.
-    if (facts.mDriverKind == kDriverKindISD && facts.mHardwareOverride == 0 && facts.mDevicesFound == 0 &&
-        !facts.mUninstall) {
-        return ENoISDHardware;
-    }
-    return EInstallAllowed;
 }

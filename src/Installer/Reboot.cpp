@@ -12,7 +12,7 @@ constexpr DWORD kPlannedHardwareInstallation = 0x80010002;
 
 void EnableShutdownPrivilege()
 {
-    CAdvApi32 advapi;
+    CAdvApi32 &advapi = AdvApi32();
     CHandle token;
     if (!advapi.OpenProcessToken(GetCurrentProcess(), TOKEN_ADJUST_PRIVILEGES | TOKEN_QUERY, token.Receive())) {
         return;
@@ -30,10 +30,5 @@ void EnableShutdownPrivilege()
 void RebootMachine()
 {
     EnableShutdownPrivilege();
-    using ExitWindowsEntry = BOOL(WINAPI *)(UINT, DWORD);
-    const CLibrary user32(LoadSystemLibrary("user32.dll"));
-    const auto exitWindows = user32 ? BindEntry<ExitWindowsEntry>(user32.Get(), "ExitWindowsEx") : nullptr;
-    if (exitWindows != nullptr) {
-        exitWindows(EWX_REBOOT, kPlannedHardwareInstallation);
-    }
+    User32().ExitWindowsEx(EWX_REBOOT, kPlannedHardwareInstallation);
 }

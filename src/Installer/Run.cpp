@@ -1,77 +1,51 @@
 // The sequence of a run, from the script to the raw result word.
 #include <windows.h>
 
-#include <shellapi.h>
+#include <utility>
 
-#include "Common/DriverNames.h"
-#include "Common/Handles.h"
-#include "Common/importWin32API.h"
 #include "Common/Paths.h"
-#include "Common/StringUtilities.h"
+#include "Common/TextConversions.h"
 #include "Common/TokenSplitter.h"
 #include "Common/Trace.h"
+#include "Devices/DeviceWalk.h"
+#include "Installer/CommandLine.h"
 #include "Installer/CWinInstallMain.h"
-#include "Installer/ScriptAccess.h"
+#include "Installer/DriverTypes.h"
+#include "Installer/Elevation.h"
+#include "Installer/MachineFacts.h"
+#include "Installer/Options.h"
+#include "Installer/Outcomes.h"
+#include "Installer/RunHandles.h"
+#include "Script/ScriptAccess.h"
+#include "Shell/ResourceDll.h"
+#include "Services/ExecuteFile.h"
+#include "UI/Work.h"
 
 namespace {
 
-constexpr uint32_t kResultFailed = 1;
-
+// Version of the script language that this program reads.
+constexpr char kScriptVersion[] = "1.10.01";
 // Length of the part of the script's version that has to be this program's own.
 constexpr size_t kComparedVersion = 4;
 
-struct DriverTypeRow {
-    const char *mPrefType;
-    int32_t mType;
-    const char *mExpectation; // what is reported while the variable still holds another type
-};
-
-// Every type but the first is reported when it is read, since the variable holds the first by then: those who read
-// traces expect that line in every run of the five.
-constexpr DriverTypeRow kDriverTypes[] = {
-    {"Pen_Tablet", EDriverConPen, nullptr},
-    {"Tavix_Tablet", EDriverProPen, "mDriverType == EDriverProPen || mDriverType == EDriverDEBUG"},
-    {"ISD_Tablet", EDriverISDPen, "mDriverType == EDriverISDPen || mDriverType == EDriverDEBUG"},
-    {"Pen_Touch", EDriverConTouch, "mDriverType == EDriverConTouch || mDriverType == EDriverDEBUG"},
-    {"Tavix_Touch", EDriverProTouch, "mDriverType == EDriverProTouch || mDriverType == EDriverDEBUG"},
-    {"ISD_Touch", EDriverISDTouch, "mDriverType == EDriverISDTouch || mDriverType == EDriverDEBUG"},
-};
-
-// What a run without a window answers for the page that it cannot show. It sets the low bit in all its failures, which
-// a run with a window does not.
-uint32_t SilentOutcome(EInstallType type)
+// The program by its full path, from the folder where the system finds it first; no other of its name is started.
+std::string RegistryEditor()
 {
-    switch (type) {
-    case EInstallAllowed:
-    case EUninstallAllowed:
-        return 0;
-    case ERebootBefore:
-        return 9;
-    case ENotSupported:
-        return 33;
-    case ENoISDHardware:
-        return 65;
-    case EUnhandledType:
-        traceExpectation("!\"Unhandled Install type\"");
-        return 0;
-    case ENonAdmin:
-    case EPreSplit:
-        break;
+    char folder[MAX_PATH] = "";
+    GetSystemDirectoryA(folder, sizeof folder);
+    std::string path = JoinPath(folder, "regedit.exe");
+    if (PathExists(path)) {
+        return path;
     }
-    return 1;
+    GetWindowsDirectoryA(folder, sizeof folder);
+    return JoinPath(folder, "regedit.exe");
 }
 
 // Registry values that an OEM puts beside the package are taken over as they are; nobody waits for that.
 void ImportOemRegistryFile()
 {
-    if (!PathExists(".\\oemextra.reg")) {
-        return;
-    }
-    // Stays loaded: the shell may leave threads of its own behind.
-    const HMODULE shell = LoadSystemLibrary("shell32.dll");
-    const auto execute = shell != nullptr ? BindEntry<decltype(&ShellExecuteA)>(shell, "ShellExecuteA") : nullptr;
-    if (execute != nullptr) {
-        execute(nullptr, "open", "regedit.exe", "/s oemextra.reg", nullptr, SW_SHOWNORMAL);
+    if (PathExists(".\\oemextra.reg")) {
+        ExecuteFromShell(AnsiToWide(RegistryEditor()).c_str(), L"/s oemextra.reg", L"open", 0, nullptr, SW_HIDE);
     }
 }
 
@@ -79,32 +53,37 @@ void ImportOemRegistryFile()
 
 uint32_t CWinInstallMain::Run(HINSTANCE instance, HINSTANCE, int showCommand)
 {
-    BuildSupportedDevices();
-    EnumerateSupportedDevices("USB", true, false);
-    mInstance = instance;
+    BuildSupportedDevices(*this);
+    EnumerateSupportedDevices(*this, "USB", true, false);
+    mHandles->mInstance = instance;
     SetCurrentDirectoryA(ReadString("", "WorkingOverride", ExpandMacros("!.!")).c_str());
-    SetConfigFile("");
+    Script().SetConfigFile("");
     if (!CheckScriptVersion()) {
         return kResultFailed;
     }
-    SetDialogData(ReadString("MAIN", "DialogData", ""));
+    Script().SetDialogData(ReadString("MAIN", "DialogData", ""));
     if (mDialogState == 0) {
         mSilent = ReadInteger("", "SILENT", mSilent);
         if (mSilent != 0) {
             trace(7, "Silent install requested from registry\n");
         }
     }
-    if (!ReadDriverType()) {
+    if (!SettleDriverType(ReadString("MAIN", "PrefType", ""))) {
         return kResultFailed;
     }
     ReadIncludes();
-    ReadStaticFlags();
-    if (!TakeOptions() || !TakeRunningMutex()) {
+    TakeStaticFlags(ReadString("STATIC_FLAGS", "", ""));
+    const HexRequest hex = TakeOptions(SplitCommandLine(mCommandLine), *this, mInk, mLanguage);
+    if (!hex.mFile.empty()) {
+        FileToHex(hex.mFile, hex.mFile + ".txt");
+    }
+    SettleLanguage(ReadString("MAIN", "Languages", ""), mLanguage);
+    if (hex.mAsked || !TakeRunningMutex()) {
         return kResultFailed;
     }
-    uint32_t elevatedResult = 0;
-    if (TakePreflightDecisions(&elevatedResult)) {
-        return elevatedResult;
+    CMachineFacts facts(*this);
+    if (TakePreflightDecisions(*this, facts) == EPreflightElevate) {
+        return RunElevatedCopy();
     }
     ImportOemRegistryFile();
     return mSilent != 0 ? SilentRun() : WindowedRun(showCommand);
@@ -120,28 +99,11 @@ bool CWinInstallMain::CheckScriptVersion()
     return false;
 }
 
-bool CWinInstallMain::ReadDriverType()
-{
-    mDriverType = EDriverConPen;
-    const std::string text = ReadString("MAIN", "PrefType", "");
-    for (const DriverTypeRow &row : kDriverTypes) {
-        if (EqualsNoCase(text, row.mPrefType)) {
-            if (row.mExpectation != nullptr) {
-                traceExpectation(row.mExpectation);
-            }
-            mDriverType = row.mType;
-            return true;
-        }
-    }
-    trace(9, "Driver type not recognized: [%s]\n", text.c_str());
-    return false;
-}
-
 void CWinInstallMain::ReadIncludes()
 {
     TokenSplitter items(";", ReadString("MAIN", "Include", ""));
     for (std::string item = items.First(); !items.AtEnd(); item = items.Next()) {
-        AddIncludeFile(ExpandMacros(item));
+        Script().AddIncludeFile(ExpandMacros(item));
     }
 }
 
@@ -158,21 +120,33 @@ bool CWinInstallMain::TakeRunningMutex()
         traceExpectation("!\"Already running\"");
         return false;
     }
-    mRunningMutex = mutex.Release();
+    mHandles->mRunningMutex = std::move(mutex);
     return true;
+}
+
+// The child has the whole command line, the text of the response file included: that file is gone by now.
+uint32_t CWinInstallMain::RunElevatedCopy()
+{
+    trace(2, "Launching elevated process and exiting\n");
+    mHandles->mRunningMutex.Reset(); // the child is going to take it
+    return RunElevated(AnsiToWide(mCommandLine));
 }
 
 // The outcome of the steps does not reach the result, apart from the request to reboot.
 uint32_t CWinInstallMain::SilentRun()
 {
     if (mInstallType == EInstallAllowed || mInstallType == EUninstallAllowed) {
-        DoWork();
+        DoWork(*this);
     }
-    return SilentOutcome(mInstallType) | ResultBits();
+    return SilentResult(*this, *this);
 }
 
-uint32_t CWinInstallMain::ResultBits() const
+// The pages decide what becomes of the run; the worker runs its group.
+uint32_t CWinInstallMain::WindowedRun(int showCommand)
 {
-    return (mRebootRequired ? kResultRebootRequired : 0) | (mSuppressError ? kResultSuppressError : 0) |
-           (mDeclined ? kResultDeclined : 0);
+    if (!mHandles->mWindow.Create(mHandles->mInstance, showCommand)) {
+        return kResultFailed;
+    }
+    mHandles->mWindow.RunMessageLoop();
+    return WindowedResult(*this, *this);
 }

@@ -1,28 +1,58 @@
 // Set-up and teardown of a run.
 #include <windows.h>
 
-#include "Actions/Redirection.h"
-#include "Actions/RegAccess.h"
+#include "Commands/CommandTable.h"
 #include "Common/CWinSystemState.h"
+#include "Common/FileOwner.h"
 #include "Common/Handles.h"
+#include "Common/importWin32API.h"
 #include "Common/ModulePath.h"
 #include "Common/Paths.h"
+#include "Common/Redirection.h"
 #include "Common/Status.h"
 #include "Common/StringUtilities.h"
 #include "Common/Trace.h"
 #include "Common/TraceFile.h"
 #include "Common/winplats.h"
+#include "Devices/DeviceWalk.h"
 #include "Installer/AdminType.h"
 #include "Installer/CommandLine.h"
-#include "Installer/CommandTable.h"
 #include "Installer/CWinInstallMain.h"
-#include "Installer/ScriptAccess.h"
-
-CWinInstallMain *volatile gWinInstallMain = nullptr;
+#include "Installer/Options.h"
+#include "Installer/RunHandles.h"
+#include "Registry/RegAccess.h"
+#include "Script/MacroValues.h"
+#include "Script/ScriptAccess.h"
 
 namespace {
 
 constexpr int kDebugLevelStep = 100;
+// What a step may need at the bottom of all groups: keys and folders nest by the hundred.
+constexpr uintptr_t kStackKept = 512 * 1024;
+
+// What the steps ask of this machine.
+class CMachineHost : public IRunHost {
+public:
+    bool PathExists(const std::string &path) override { return ::PathExists(path); }
+    std::optional<std::string> MacroValue(const CRunState &state, const std::string &upperName) override
+    {
+        return ::MacroValue(state, upperName);
+    }
+    // A stack is one piece of address space, reserved when its thread began and used from its end down.
+    bool IsStackLow() override
+    {
+        MEMORY_BASIC_INFORMATION piece = {};
+        const auto here = reinterpret_cast<uintptr_t>(&piece);
+        return VirtualQuery(&piece, &piece, sizeof piece) != 0 &&
+               here - reinterpret_cast<uintptr_t>(piece.AllocationBase) < kStackKept;
+    }
+};
+
+IRunHost &MachineHost()
+{
+    static CMachineHost host;
+    return host;
+}
 
 // IsWow64Process came with Windows XP SP2: without it this is a 32-bit Windows.
 bool IsUnder64BitWindows()
@@ -30,6 +60,22 @@ bool IsUnder64BitWindows()
     CKernel32 kernel;
     BOOL wow64 = FALSE;
     return kernel.IsWow64Process(GetCurrentProcess(), &wow64) && wow64;
+}
+
+// Whether the default trace file is to be made anew. Others know its name as well as we do and may have laid something
+// under it; that goes, so that nothing is written through a link. In a folder of the user's own a file that is there
+// is the trace of an earlier run under the same process id.
+bool TraceBeginsAnew(const std::string &path)
+{
+    CHandle file(CreateFileA(path.c_str(), READ_CONTROL, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                             nullptr, OPEN_EXISTING, FILE_FLAG_OPEN_REPARSE_POINT, nullptr));
+    if (!OthersMayWrite(path.substr(0, path.rfind('\\') + 1)) &&
+        (!file || (IsOwnFile(file.Get()) && !IsLinkedFile(file.Get())))) {
+        return false;
+    }
+    file.Reset();
+    RemoveName(path);
+    return true;
 }
 
 std::string NameBehindLastBackslash(const std::string &path)
@@ -41,14 +87,18 @@ std::string NameBehindLastBackslash(const std::string &path)
 } // namespace
 
 CWinInstallMain::CWinInstallMain(const std::string &commandLine, bool removeRole)
-    : mUninstall(removeRole), mCommandLine(commandLine), mLanguage("userUI")
+    : CRunState(MachineHost(), ScriptFiles(), gCommands, kCommandCount), mHandles(std::make_unique<Handles>(*this))
 {
+    mCommandLine = commandLine;
+    mUninstall = removeRole;
+    mLanguage = LanguageProvider("userUI");
+    SetProgress(&mHandles->mProgress);
+
     const DWORD errorBefore = GetLastError();
     mWin64 = IsUnder64BitWindows() ? 1 : 0;
     trace(5, "Checking %s 64bit %s %i\n", "IsWow64Process", YesNo(mWin64 != 0), static_cast<int>(errorBefore));
     CWinSystemState::DetermineOSType(false);
-    BuildCommandTable();
-    BuildSupportedDevices();
+    BuildSupportedDevices(*this);
     gTraceToDebugOut = ReadInteger("", "TraceToDebugOut", 1) != 0;
     gAssertsToDebugOut = ReadInteger("", "AssertsToDebugOut", 1) != 0;
     OpenTraceFile();
@@ -73,26 +123,15 @@ CWinInstallMain::CWinInstallMain(const std::string &commandLine, bool removeRole
     gWinInstallMain = this;
 }
 
-void CWinInstallMain::BuildCommandTable()
-{
-    for (const CommandRow &row : gCommands) {
-        mCommandMap.insert({row.mName, row.mNumber});
-    }
-}
-
 // The name of the trace file comes from /debug, from the settings, or is the default; without a point anywhere in it
 // the process id makes it unique.
 void CWinInstallMain::OpenTraceFile()
 {
-    std::string path;
-    const std::vector<std::string> tokens = SplitCommandLine(mCommandLine);
-    for (size_t at = 0; at < tokens.size(); ++at) {
-        if (IsOption(tokens[at], "/debug") || IsOption(tokens[at], "/d")) {
-            gDiagnosticLevel += kDebugLevelStep;
-            path = at + 1 < tokens.size() ? tokens[at + 1] : std::string();
-            break;
-        }
+    const DebugRequest debug = FindDebugOption(SplitCommandLine(mCommandLine));
+    if (debug.mAsked) {
+        gDiagnosticLevel += kDebugLevelStep;
     }
+    std::string path = debug.mFile;
     if (path.empty()) {
         path = ReadString("", "TraceFileName", "", true);
     }
@@ -104,7 +143,8 @@ void CWinInstallMain::OpenTraceFile()
         path += std::to_string(GetCurrentProcessId()) + ".txt";
     }
     // The run changes its working directory later, and the file has to be found again at the end.
-    const bool opened = OpenTraceSink(FullPath(path));
+    const std::string full = FullPath(path);
+    const bool opened = OpenTraceSink(full, !mTraceNamed && TraceBeginsAnew(full));
     if (!gTraceToDebugOut) {
         return;
     }
@@ -121,23 +161,19 @@ void CWinInstallMain::OpenTraceFile()
 
 CWinInstallMain::~CWinInstallMain()
 {
-    CHandle(mProgressThread).Reset();
-    CHandle(mWorkerThread).Reset();
-    if (mhWnd != nullptr) {
-        traceExpectation("!mhWnd");
-    }
-    CLibrary(mRichEdit32).Reset();
-    CLibrary(mRichEdit20).Reset();
-    CHandle(mRunningMutex).Reset();
+    SetProgress(nullptr);
+    mHandles->mProgress.Close();
+    mHandles->mWindow.Close();
+    mHandles->mRunningMutex.Reset();
     while (PopRegLocation() == TVXSTATUS_SUCCESS) {
     }
-    ReleaseSearchList();
+    Script().ReleaseSearchList();
     gWinInstallMain = nullptr;
     PlaceTraceFile();
 }
 
 // A file that was named for this run is copied where the script wants the trace; the default one is moved.
-void CWinInstallMain::PlaceTraceFile()
+void CWinInstallMain::PlaceTraceFile() const
 {
     const std::string path = TraceSinkPath();
     CloseTraceSink();

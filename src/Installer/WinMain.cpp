@@ -7,15 +7,14 @@
 #include <string>
 
 #include "Common/importWin32API.h"
+#include "Common/Paths.h"
 #include "Common/Trace.h"
 #include "Common/TraceFile.h"
 #include "Installer/CommandLine.h"
 #include "Installer/CWinInstallMain.h"
+#include "Installer/Outcomes.h"
 #include "Installer/Reboot.h"
 #include "Installer/ResponseFiles.h"
-
-// The run-time library's copy of the command line; its headers leave the function out.
-extern "C" char **__cdecl __p__acmdln();
 
 namespace {
 
@@ -35,10 +34,14 @@ bool DecideRole(const char *tail)
     return remove;
 }
 
-uint32_t RunInstaller(const std::string &commandLine, bool removeRole, HINSTANCE instance, HINSTANCE previousInstance,
-                      int showCommand)
+// `note`: what there is to tell of the time before the trace was open.
+uint32_t RunInstaller(const std::string &commandLine, const std::string &note, bool removeRole, HINSTANCE instance,
+                      HINSTANCE previousInstance, int showCommand)
 {
     CWinInstallMain installer(commandLine, removeRole);
+    if (!note.empty()) {
+        trace(0, "%s\n", note.c_str());
+    }
     const uint32_t result = installer.Run(instance, previousInstance, showCommand);
     trace(7, "[Response Result]\n");
     trace(7, "Resultcode=%d\n", static_cast<int>(result & ~kResultRebootNow));
@@ -50,23 +53,26 @@ uint32_t RunInstaller(const std::string &commandLine, bool removeRole, HINSTANCE
 int WINAPI WinMain(HINSTANCE instance, HINSTANCE previousInstance, LPSTR tail, int showCommand)
 {
     HardenLibrarySearch();
+    SetErrorMode(SEM_FAILCRITICALERRORS); // no box for a drive without a medium, on any thread
     OpenTraceGate();
     const bool removeRole = DecideRole(tail);
-    const std::string folder = ResponseFolder();
-    std::string commandLine = tail;
-    const std::string response = TakeInputResponse(folder);
-    if (!response.empty()) {
-        commandLine = response + " " + commandLine;
-    }
-
-    const uint32_t result = RunInstaller(commandLine, removeRole, instance, previousInstance, showCommand);
+    const std::string folder = TempFolder();
+    DropOutputResponse(folder);
+    const uint32_t result = Guarded([&] {
+        std::string commandLine = tail;
+        std::string note;
+        const std::string response = TakeInputResponse(folder, note);
+        if (!response.empty()) {
+            commandLine = response + " " + commandLine;
+        }
+        return RunInstaller(commandLine, note, removeRole, instance, previousInstance, showCommand);
+    });
 
     // The request to reboot stays in the process, and is honoured whatever happens to the exit code.
-    const bool rebootNow = (result & kResultRebootNow) != 0;
-    const uint32_t exitCode = (result & kResultSuppressError) != 0 ? 0 : result & ~kResultRebootNow;
+    const uint32_t exitCode = ExitCodeOf(result);
     WriteOutputResponse(folder, exitCode);
     CloseTraceGate();
-    if (rebootNow) {
+    if ((result & kResultRebootNow) != 0) {
         RebootMachine();
     }
     return static_cast<int>(exitCode);

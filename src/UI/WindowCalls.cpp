@@ -4,53 +4,42 @@
 
 namespace {
 
-// Stays loaded: user32 cannot be unloaded sensibly once a thread has used it.
-HMODULE WindowSystem()
-{
-    static const HMODULE library = LoadSystemLibrary("user32.dll");
-    return library;
-}
-
-template <typename TEntry>
-TEntry WindowEntry(const char *name)
-{
-    return WindowSystem() != nullptr ? BindEntry<TEntry>(WindowSystem(), name) : nullptr;
-}
-
-HCURSOR SetCursorTo(HCURSOR cursor)
-{
-    static const auto setCursor = WindowEntry<decltype(&SetCursor)>("SetCursor");
-    return setCursor != nullptr ? setCursor(cursor) : nullptr;
-}
+// Written by the thread of the window alone. The worker reads it behind the messages that it sends, so that it sees a
+// window that stands or none.
+HWND volatile gInstallerWindow = nullptr;
 
 } // namespace
 
 LRESULT SendToWindow(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
 {
-    static const auto send = WindowEntry<decltype(&SendMessageA)>("SendMessageA");
-    return send != nullptr ? send(window, message, wParam, lParam) : 0;
+    return User32().SendMessageA(window, message, wParam, lParam);
 }
 
-int ShowMessageBox(HWND owner, const char *text, const char *title, UINT style)
+HWND InstallerWindow()
 {
-    static const auto box = WindowEntry<decltype(&MessageBoxA)>("MessageBoxA");
-    return box != nullptr ? box(owner, text, title, style) : 0;
+    return gInstallerWindow;
 }
 
-CWaitCursor::CWaitCursor(HWND window)
+void SetInstallerWindow(HWND window)
 {
-    if (window == nullptr) {
-        return;
-    }
-    static const auto load = WindowEntry<decltype(&LoadCursorA)>("LoadCursorA");
-    if (load != nullptr) {
-        mFormer = SetCursorTo(load(nullptr, reinterpret_cast<LPCSTR>(IDC_WAIT)));
+    gInstallerWindow = window;
+}
+
+int ShowMessageBox(const char *text, const char *title, UINT style)
+{
+    return User32().MessageBoxA(InstallerWindow(), text, title, style);
+}
+
+CWaitCursor::CWaitCursor()
+{
+    if (InstallerWindow() != nullptr) {
+        mFormer = User32().SetCursor(User32().LoadCursorA(nullptr, reinterpret_cast<LPCSTR>(IDC_WAIT)));
     }
 }
 
 CWaitCursor::~CWaitCursor()
 {
     if (mFormer != nullptr) {
-        SetCursorTo(mFormer);
+        User32().SetCursor(mFormer);
     }
 }

@@ -7,13 +7,17 @@
 // SendMessageA; 0 when there is no window system.
 LRESULT SendToWindow(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 
-// MessageBoxA, waiting for the answer; 0 when no box could be shown.
-int ShowMessageBox(HWND owner, const char *text, const char *title, UINT style);
+// The window of the installer, null while there is none. Set by the thread that makes and destroys it.
+HWND InstallerWindow();
+void SetInstallerWindow(HWND window);
+
+// MessageBoxA in front of the installer's window, waiting for the answer; 0 when no box could be shown.
+int ShowMessageBox(const char *text, const char *title, UINT style);
 
 // Shows the wait cursor for the length of a scope when there is a window, and brings the former one back.
 class CWaitCursor {
 public:
-    explicit CWaitCursor(HWND window);
+    CWaitCursor();
     ~CWaitCursor();
     CWaitCursor(const CWaitCursor &) = delete;
     CWaitCursor &operator=(const CWaitCursor &) = delete;
