@@ -1,5 +1,7 @@
 // Version texts, DriverVer entries, UTF-8 and base64: whatever the bytes, reading ends, and what was read can be
 // written and read again.
+#include <stdexcept>
+
 #include "Require.h"
 #include "Common/DriverDate.h"
 #include "Common/FileVersion.h"
@@ -54,8 +56,8 @@ void CheckBase64(const std::string &text)
     try {
         const std::vector<uint8_t> decoded = Base64Decode(text);
         Require(Base64Decode(Base64Encode(decoded)) == decoded);
-    } catch (const char *reason) {
-        Require(std::string(reason) == "bad char");
+    } catch (const std::invalid_argument &refusal) {
+        Require(std::string(refusal.what()) == "bad char");
     }
 }
 

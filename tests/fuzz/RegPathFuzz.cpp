@@ -1,24 +1,27 @@
 // Feeds the parser of registry paths with a path (the first line) and values of PlatformData (NAME=value lines).
+#include <algorithm>
 #include <map>
-#include <sstream>
 
 #include "Require.h"
-#include "Actions/MultiString.h"
-#include "Actions/RegPath.h"
+#include "Registry/MultiString.h"
+#include "Registry/RegPath.h"
+#include "TraceRecorder.h"
 
 namespace {
 
-// What was appended is there and can be taken out again. Whatever the list holds, neither leaves its bounds.
+// What was appended is there and can be taken out again, which leaves the list as it was, with its zero bytes.
 void CheckList(const std::string &list, const std::string &text)
 {
+    std::string closed = list;
+    CloseList(closed);
+    Require(closed.empty() || closed.back() == '\0');
+    Require(closed.compare(0, list.size(), list) == 0 && closed.size() <= list.size() + 2);
     std::string grown = list;
     RemoveEntry(grown, text);
     grown = list;
-    const bool added = text.find('\0') == std::string::npos && AppendEntry(grown, text);
-    // A last entry without an end of its own is joined to the new one.
-    if (added && (list.size() < 2 || list[list.size() - 2] == '\0')) {
-        const size_t size = grown.size();
-        Require(ContainsEntry(grown, text) && RemoveEntry(grown, text) && grown.size() == size - text.size() - 1);
+    if (text.find('\0') == std::string::npos && AppendEntry(grown, text)) {
+        Require(ContainsEntry(grown, text) && RemoveEntry(grown, text));
+        Require(grown == (closed.empty() ? std::string(1, '\0') : closed));
     }
 }
 
@@ -26,13 +29,16 @@ void CheckList(const std::string &list, const std::string &text)
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
-    std::istringstream lines(TextOf(data, size));
-    std::string path;
-    std::getline(lines, path);
+    const std::string text = TextOf(data, size);
+    const size_t end = text.find('\n');
+    const std::string path = text.substr(0, end);
     std::map<std::string, std::string> values;
-    for (std::string line; std::getline(lines, line);) {
+    for (size_t from = end; from != std::string::npos;) {
+        const size_t next = text.find('\n', ++from);
+        const std::string line = text.substr(from, next - from);
         const size_t equals = std::min(line.find('='), line.size());
         values[line.substr(0, equals)] = line.substr(std::min(equals + 1, line.size()));
+        from = next;
     }
     bool asked = false;
     const RegLocation location = ParseRegPathWith(path, kRootLocalMachine, [&](const std::string &name) {
@@ -45,6 +51,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     // A path goes through unchanged unless a macro stands at its beginning.
     const size_t kept = location.mPath.size();
     Require(asked || (kept <= path.size() && path.compare(path.size() - kept, kept, location.mPath) == 0));
-    CheckList(TextOf(data, size), path);
+    CheckList(text, path);
+    TakeTraceRecords();
     return 0;
 }

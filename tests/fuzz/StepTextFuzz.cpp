@@ -3,7 +3,7 @@
 
 #include "Require.h"
 #include "Common/TokenSplitter.h"
-#include "Installer/StepList.h"
+#include "Script/StepList.h"
 
 namespace {
 

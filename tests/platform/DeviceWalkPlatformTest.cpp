@@ -5,13 +5,14 @@
 
 #include <regex>
 
+#include "Common/CWinSystemState.h"
+
 #include <gtest/gtest.h>
 
 #include "../system/Registry.h"
 #include "Common/Handles.h"
 #include "Common/TraceFile.h"
 #include "Devices/DeviceTable.h"
-#include "Installer/CWinInstallMain.h"
 #include "ScratchFolder.h"
 #include "TraceCapture.h"
 
@@ -19,8 +20,10 @@ namespace {
 
 class DeviceWalk : public testing::Test {
 protected:
-    DeviceWalk() : mOwnTrace(TraceSinkPath())
+    DeviceWalk()
     {
+        CWinSystemState::DetermineOSType(false);
+        BuildSupportedDevices(mDevices);
         GetCurrentDirectoryA(sizeof(mFormerFolder), mFormerFolder);
         SetCurrentDirectoryA(mFolder.Path("").c_str());
     }
@@ -30,7 +33,6 @@ protected:
         SetCurrentDirectoryA(mFormerFolder);
         SetEnvironmentVariableA("TAVIX_DEVICE_TREE", nullptr);
         SetEnvironmentVariableA("TAVIX_DEVICE_LOG", nullptr);
-        DeleteFileA(mOwnTrace.c_str());
     }
 
     void SetUp() override
@@ -68,15 +70,14 @@ protected:
     std::string Found() const
     {
         std::string ids;
-        for (const SupportedDevice &device : mMain.mDeviceList) {
+        for (const SupportedDevice &device : mDevices.mDeviceList) {
             ids += device.mFound ? device.mId + " " : "";
         }
         return ids;
     }
 
     CScratchFolder mFolder;
-    CWinInstallMain mMain{"", false};
-    std::string mOwnTrace;
+    DevicesFound mDevices;
     CTraceCapture mTrace;
     std::string mCalls;
     int mTrees = 0;
@@ -120,35 +121,35 @@ TEST_F(DeviceWalk, NodesAreMarkedAndRemovedByEnumeratorStateAndId)
     };
     for (const auto &test : cases) {
         SCOPED_TRACE(std::string("walk ") + test.mWalk);
-        mMain.mDeviceList = {{"PEN", kDevicePen, false},
-                             {"DUO", kDevicePen | kDeviceTouch, false},
-                             {"TVX00", kDeviceI2C | kDeviceDisplayPen, false},
-                             {"PEN&MI_00", kDeviceBulkTouch, false}};
-        mMain.mDevicePresence = 0;
+        mDevices.mDeviceList = {{"PEN", kDevicePen, false},
+                                {"DUO", kDevicePen | kDeviceTouch, false},
+                                {"TVX00", kDeviceI2C | kDeviceDisplayPen, false},
+                                {"PEN&MI_00", kDeviceBulkTouch, false}};
+        mDevices.mDevicePresence = 0;
         Tree(test.mTree);
-        EXPECT_EQ(mMain.EnumerateSupportedDevices(test.mEnumerator, test.mPresent, test.mRemove),
+        EXPECT_EQ(EnumerateSupportedDevices(mDevices, test.mEnumerator, test.mPresent, test.mRemove),
                   test.mTree.compare(0, 4, "fail") == 0 ? DWORD{ERROR_INVALID_DATA} : 1u);
         EXPECT_EQ(Records(), test.mRecords);
         EXPECT_EQ(Calls(), test.mCalls);
         EXPECT_EQ(Found(), test.mFound);
-        EXPECT_EQ(mMain.mDevicePresence, test.mPresence);
+        EXPECT_EQ(mDevices.mDevicePresence, test.mPresence);
     }
 }
 
 TEST_F(DeviceWalk, MaskGathersOverWalksAndOutlivesTheList)
 {
     Tree("USB USB\\VID_7A1C&PID_011C\\1 live\nHID HID\\VID_7A1C&PID_024E&COL01\\1 live\n");
-    mMain.EnumerateSupportedDevices("USB", true, false);
-    EXPECT_EQ(mMain.mDevicePresence, 3u);
-    EXPECT_TRUE(mMain.IsProductAttached("VID_") && mMain.IsProductAttached("011C"));
-    EXPECT_FALSE(mMain.IsProductAttached("011c") || mMain.IsProductAttached("024E"));
-    mMain.EnumerateSupportedDevices("HID", true, false);
-    EXPECT_EQ(mMain.mDevicePresence, 0x13u);
+    EnumerateSupportedDevices(mDevices, "USB", true, false);
+    EXPECT_EQ(mDevices.mDevicePresence, 3u);
+    EXPECT_TRUE(mDevices.IsProductAttached("VID_") && mDevices.IsProductAttached("011C"));
+    EXPECT_FALSE(mDevices.IsProductAttached("011c") || mDevices.IsProductAttached("024E"));
+    EnumerateSupportedDevices(mDevices, "HID", true, false);
+    EXPECT_EQ(mDevices.mDevicePresence, 0x13u);
     EXPECT_EQ(Found(), "VID_7A1C&PID_011C VID_7A1C&PID_024E ");
-    mMain.BuildSupportedDevices();
+    BuildSupportedDevices(mDevices);
     EXPECT_EQ(Found(), "");
-    EXPECT_EQ(mMain.mDevicePresence, 0x13u);
-    EXPECT_FALSE(mMain.IsProductAttached(""));
+    EXPECT_EQ(mDevices.mDevicePresence, 0x13u);
+    EXPECT_FALSE(mDevices.IsProductAttached(""));
 }
 
 TEST_F(DeviceWalk, LastDeviceWithOwnDataNamesTheProductAndTheLastFileFoundStays)
@@ -156,9 +157,9 @@ TEST_F(DeviceWalk, LastDeviceWithOwnDataNamesTheProductAndTheLastFileFoundStays)
     mFolder.Write("VID_7A1C_PID_0392.dat", "");
     Tree("USB USB\\VID_7A1C&PID_0392\\1 live\nUSB USB\\VID_7A1C&PID_03A1\\2 live\n"
          "USB USB\\VID_7A1C&PID_0110\\3 live\n");
-    mMain.EnumerateSupportedDevices("USB", true, false);
-    EXPECT_EQ(mMain.mProductName, "VID_7A1C_PID_03A1");
-    EXPECT_EQ(mMain.mOemDataFile, ".\\VID_7A1C_PID_0392.dat");
+    EnumerateSupportedDevices(mDevices, "USB", true, false);
+    EXPECT_EQ(mDevices.mProductName, "VID_7A1C_PID_03A1");
+    EXPECT_EQ(mDevices.mOemDataFile, ".\\VID_7A1C_PID_0392.dat");
 }
 
 TEST_F(DeviceWalk, DeviceInfoGoesFromTheKeysOfLiveAndRememberedNodes)

@@ -2,10 +2,13 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <sstream>
+#include <cstring>
+#include <stdexcept>
 
+#include "CaseLine.h"
 #include "Fixture.h"
 #include "PendingRenames.h"
+#include "ShellLinks.h"
 #include "TestService.h"
 
 namespace {
@@ -14,105 +17,11 @@ using ::testing::AssertionFailure;
 using ::testing::AssertionResult;
 using ::testing::AssertionSuccess;
 
-// "a = b" cut at the sign between, which is " = " or " -> ".
-struct Sides {
-    std::string mLeft;
-    std::string mRight;
+// Whether something is there, and what was found.
+struct Found {
+    bool mThere;
+    std::string mWhat;
 };
-
-Sides Cut(const std::string &text, const std::string &sign)
-{
-    const size_t at = (text + " ").find(sign + " ");
-    if (at == std::string::npos) {
-        return {text, ""};
-    }
-    const size_t behind = at + sign.size() + 1;
-    return {text.substr(0, at), behind < text.size() ? text.substr(behind) : ""};
-}
-
-std::string Unescaped(const std::string &text)
-{
-    std::string result;
-    for (size_t at = 0; at < text.size(); ++at) {
-        if (text[at] != '\\' || at + 1 == text.size()) {
-            result += text[at];
-            continue;
-        }
-        const char letter = text[++at];
-        if (letter == 'x') {
-            result += static_cast<char>(std::stoi(text.substr(at + 1, 2), nullptr, 16));
-            at += 2;
-        } else {
-            static const std::string kLetters = "nrt0";
-            const size_t known = kLetters.find(letter);
-            result += known == std::string::npos ? letter : "\n\r\t\0"[known];
-        }
-    }
-    return result;
-}
-
-struct KeyPlace {
-    HKEY mRoot = nullptr;
-    std::string mPath;
-    std::string mName;
-    EView mView = EProcessView;
-};
-
-// "64 HKLM\path;name", the view and the name where there is one.
-KeyPlace ParseKey(std::string text)
-{
-    static const std::pair<const char *, HKEY> kRoots[] = {{"HKLM", HKEY_LOCAL_MACHINE},
-                                                           {"HKCU", HKEY_CURRENT_USER},
-                                                           {"HKU", HKEY_USERS},
-                                                           {"HKCR", HKEY_CLASSES_ROOT},
-                                                           {"HKCC", HKEY_CURRENT_CONFIG}};
-    KeyPlace place;
-    if (text.compare(0, 3, "32 ") == 0 || text.compare(0, 3, "64 ") == 0) {
-        place.mView = text[0] == '3' ? EView32 : EView64;
-        text.erase(0, 3);
-    }
-    const size_t semicolon = text.find(';');
-    if (semicolon != std::string::npos) {
-        place.mName = Unescaped(text.substr(semicolon + 1));
-        text.resize(semicolon);
-    }
-    const size_t slash = text.find('\\');
-    for (const auto &root : kRoots) {
-        if (text.substr(0, slash) == root.first) {
-            place.mRoot = root.second;
-        }
-    }
-    place.mPath = slash == std::string::npos ? "" : text.substr(slash + 1);
-    return place;
-}
-
-RegData ParseData(const std::string &text)
-{
-    const size_t blank = text.find(' ');
-    const std::string type = text.substr(0, blank);
-    const std::string data = blank == std::string::npos ? "" : Unescaped(text.substr(blank + 1));
-    if (type == "dword") {
-        return RegNumber(static_cast<DWORD>(std::stoul(data, nullptr, 0)));
-    }
-    if (type == "binary" || type == "short") {
-        RegData binary{static_cast<DWORD>(type == "short" ? REG_DWORD : REG_BINARY), ""};
-        for (size_t at = 0; at + 1 < data.size(); at += 2) {
-            binary.mBytes += static_cast<char>(std::stoi(data.substr(at, 2), nullptr, 16));
-        }
-        return binary;
-    }
-    if (type == "multi") {
-        std::string list = data + "|";
-        for (char &c : list) {
-            c = c == '|' ? '\0' : c;
-        }
-        return {REG_MULTI_SZ, list + '\0'};
-    }
-    if (type == "none") {
-        return {REG_NONE, ""};
-    }
-    return RegText(data, type == "expand" ? REG_EXPAND_SZ : REG_SZ);
-}
 
 std::string Shown(const std::optional<RegData> &data)
 {
@@ -141,11 +50,6 @@ bool SetWritten(const std::string &path, const std::string &date)
     const bool set = file != INVALID_HANDLE_VALUE && SetFileTime(file, nullptr, nullptr, &fileTime);
     CloseHandle(file);
     return set;
-}
-
-AssertionResult Demand(bool holds, bool wanted, const std::string &found)
-{
-    return holds == wanted ? AssertionSuccess() : AssertionFailure() << "found " << found;
 }
 
 std::string SystemFolder()
@@ -187,6 +91,9 @@ bool Execute(const std::string &folder, std::string line)
     PROCESS_INFORMATION process = {};
     if (!CreateProcessA(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr, folder.c_str(), &start, &process)) {
         return false;
+    }
+    if (process.hProcess == nullptr) {
+        return true; // a program of the system below Wine, for which the other handle is whatever stood there
     }
     const bool ended = WaitForSingleObject(process.hProcess, 60000) == WAIT_OBJECT_0;
     CloseHandle(process.hThread);
@@ -279,139 +186,263 @@ std::string CaseMachine::Place(const std::string &path) const
     return plain.find(':') != std::string::npos ? plain : mPackage.Path(plain);
 }
 
+// A word of a line. Without a function to set up it only asks, and the other way round.
+struct CaseMachine::Word {
+    std::string mName;
+    ECaseForm mForm;
+    bool (*mSetUp)(CaseMachine &, const CaseLine &);
+    Found (*mAsk)(const CaseMachine &, const CaseLine &);
+    bool mWanted = true; // what is asked for has to be there
+};
+
+const std::vector<CaseMachine::Word> &CaseMachine::Words()
+{
+    const auto isFile = [](const CaseMachine &machine, const CaseLine &line) {
+        const bool there = FileExists(machine.Place(line.mLeft));
+        return Found{there, there ? "a file" : "no file"};
+    };
+    const auto isFolder = [](const CaseMachine &machine, const CaseLine &line) {
+        const bool there = FolderExists(machine.Place(line.mLeft));
+        return Found{there, there ? "a folder" : "no folder"};
+    };
+    const auto isKey = [](const CaseMachine &, const CaseLine &line) {
+        const bool there = KeyExists(line.mRoot, line.mKey, line.mView);
+        return Found{there, there ? "the key" : "no key"};
+    };
+    static const std::vector<Word> kWords = {
+        {"text", EPathIsText,
+         [](CaseMachine &machine, const CaseLine &line) {
+             return WriteText(machine.Place(line.mLeft), Unescaped(line.mRight));
+         },
+         [](const CaseMachine &machine, const CaseLine &line) {
+             const std::string path = machine.Place(line.mLeft);
+             const std::string content = ReadText(path);
+             return Found{FileExists(path) && content == Unescaped(line.mRight), "\"" + content + "\""};
+         }},
+        {"file", EPath, nullptr, isFile},
+        {"no file", EPath,
+         [](CaseMachine &machine, const CaseLine &line) {
+             return DeleteFileA(machine.Place(line.mLeft).c_str()) != FALSE;
+         },
+         isFile, false},
+        {"folder", EPath,
+         [](CaseMachine &machine, const CaseLine &line) {
+             MakeFolders(machine.Place(line.mLeft));
+             return FolderExists(machine.Place(line.mLeft));
+         },
+         isFolder},
+        {"no folder", EPath, nullptr, isFolder, false},
+        {"tree", EPathIsText, nullptr,
+         [](const CaseMachine &machine, const CaseLine &line) {
+             std::string tree;
+             for (const std::string &name : Tree(machine.Place(line.mLeft))) {
+                 tree += (tree.empty() ? "" : ", ") + name;
+             }
+             return Found{FolderExists(machine.Place(line.mLeft)) && tree == line.mRight, tree};
+         }},
+        {"copy", EPathToPath,
+         [](CaseMachine &machine, const CaseLine &line) {
+             const std::string target = machine.Place(line.mRight);
+             MakeFolders(target.substr(0, target.rfind('\\')));
+             return CopyFileA(machine.Place(line.mLeft).c_str(), target.c_str(), FALSE) != FALSE;
+         },
+         nullptr},
+        {"readonly", EPath,
+         [](CaseMachine &machine, const CaseLine &line) {
+             return SetFileAttributesA(machine.Place(line.mLeft).c_str(), FILE_ATTRIBUTE_READONLY) != FALSE;
+         },
+         nullptr},
+        {"hidden", EPath,
+         [](CaseMachine &machine, const CaseLine &line) {
+             return SetFileAttributesA(machine.Place(line.mLeft).c_str(), FILE_ATTRIBUTE_HIDDEN) != FALSE;
+         },
+         nullptr},
+        {"normal", EPath, nullptr,
+         [](const CaseMachine &machine, const CaseLine &line) {
+             const DWORD attributes = GetFileAttributesA(machine.Place(line.mLeft).c_str());
+             const bool marked = (attributes & (FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN)) != 0;
+             return Found{attributes != INVALID_FILE_ATTRIBUTES && !marked, std::to_string(attributes)};
+         }},
+        {"written", EPathIsText,
+         [](CaseMachine &machine, const CaseLine &line) { return SetWritten(machine.Place(line.mLeft), line.mRight); },
+         nullptr},
+        {"program", EPathIsText,
+         [](CaseMachine &machine, const CaseLine &line) {
+             return WriteText(machine.Place(line.mLeft), ProgramOf(line.mRight));
+         },
+         nullptr},
+        {"locked", EPath,
+         [](CaseMachine &machine, const CaseLine &line) {
+             machine.mLocks.push_back(std::make_shared<LockedFile>(machine.Place(line.mLeft), false));
+             return machine.mLocks.back()->Held();
+         },
+         nullptr},
+        {"busy", EPath,
+         [](CaseMachine &machine, const CaseLine &line) {
+             machine.mLocks.push_back(std::make_shared<LockedFile>(machine.Place(line.mLeft), true));
+             return machine.mLocks.back()->Held();
+         },
+         nullptr},
+        {"shortcut", EPathIsText, nullptr,
+         [](const CaseMachine &machine, const CaseLine &line) {
+             const std::string link = ShownLink(machine.Place(line.mLeft));
+             return Found{link == line.mRight, link};
+         }},
+        {"unlock", ENothing,
+         [](CaseMachine &machine, const CaseLine &) {
+             machine.mLocks.clear();
+             return true;
+         },
+         nullptr},
+        {"link", EPathToPath,
+         [](CaseMachine &machine, const CaseLine &line) {
+             const auto link = std::make_shared<FolderLink>(machine.mPackage.Folder(), line.mLeft, line.mRight);
+             return machine.Own(link) && link->Made();
+         },
+         nullptr},
+        {"scratch", EPath,
+         [](CaseMachine &machine, const CaseLine &line) {
+             const bool whole = line.mLeft.compare(0, 3, "64:") == 0;
+             return machine.Own(
+                 std::shared_ptr<Scratch>(new Scratch(machine.Place(line.mLeft)), [whole](Scratch *made) {
+                     const auto off = whole ? std::make_unique<RedirectionOff>() : nullptr;
+                     delete made;
+                 }));
+         },
+         nullptr},
+        {"restart", ENothing, [](CaseMachine &, const CaseLine &) { return Execute(".", "wineboot.exe -r"); }, nullptr},
+        {"renames", EText,
+         [](CaseMachine &machine, const CaseLine &line) {
+             const auto renames = std::make_shared<PendingRenames>();
+             if (line.mLeft != "-") {
+                 renames->Set(machine.Place(line.mLeft));
+             }
+             return machine.Own(renames);
+         },
+         nullptr},
+        {"waiting", EText, nullptr,
+         [](const CaseMachine &machine, const CaseLine &line) {
+             const std::string waiting = Waiting(machine.mPackage.Folder());
+             return Found{waiting == line.mLeft, waiting};
+         }},
+        {"setting", ENameIsData,
+         [](CaseMachine &machine, const CaseLine &line) {
+             machine.mSettings = machine.mSettings ? machine.mSettings : std::make_shared<Settings>();
+             return machine.mSettings->Data(line.mLeft, line.mData);
+         },
+         nullptr},
+        {"keep", EKey,
+         [](CaseMachine &machine, const CaseLine &line) {
+             return machine.Own(std::make_shared<RegistrySnapshot>(line.mRoot, line.mKey));
+         },
+         nullptr},
+        {"key", EKey, [](CaseMachine &, const CaseLine &line) { return CreateKey(line.mRoot, line.mKey, line.mView); },
+         isKey},
+        {"no key", EKey,
+         [](CaseMachine &, const CaseLine &line) {
+             RemoveKey(line.mRoot, line.mKey, line.mView);
+             return true;
+         },
+         isKey, false},
+        {"value", EValueIsData,
+         [](CaseMachine &, const CaseLine &line) {
+             return WriteValue(line.mRoot, line.mKey, line.mName, line.mData, line.mView);
+         },
+         [](const CaseMachine &, const CaseLine &line) {
+             const std::optional<RegData> data = ReadValue(line.mRoot, line.mKey, line.mName, line.mView);
+             return Found{data.has_value() && *data == line.mData, Shown(data)};
+         }},
+        {"no value", EValue,
+         [](CaseMachine &, const CaseLine &line) {
+             RemoveValue(line.mRoot, line.mKey, line.mName, line.mView);
+             return true;
+         },
+         [](const CaseMachine &, const CaseLine &line) {
+             const std::optional<RegData> data = ReadValue(line.mRoot, line.mKey, line.mName, line.mView);
+             return Found{data.has_value(), Shown(data)};
+         },
+         false},
+        {"unicode", EValueIsText, nullptr,
+         [](const CaseMachine &, const CaseLine &line) {
+             const std::string data = ReadRegUnicode(line.mRoot, line.mKey, line.mName, line.mView);
+             return Found{data == line.mRight, data};
+         }},
+        {"service", EText,
+         [](CaseMachine &machine, const CaseLine &line) {
+             const size_t blank = std::min(line.mLeft.find(' '), line.mLeft.size());
+             const std::string name = line.mLeft.substr(0, blank), kind = line.mLeft.substr(blank);
+             if (kind == " dirty" || kind == " sound") {
+                 return machine.Own(MakeTestService(name, kind == " dirty"));
+             }
+             machine.mOwners.push_back(DropServiceLater(name));
+             return kind == " away" || OpenTestService(name, DoublePath("service.exe") + kind) != nullptr;
+         },
+         nullptr},
+        {"state", EPathIsText, nullptr,
+         [](const CaseMachine &, const CaseLine &line) {
+             const std::string state = std::to_string(TestServiceStatus(line.mLeft).dwCurrentState);
+             return Found{state == line.mRight, state};
+         }},
+        {"mutex", EText,
+         [](CaseMachine &machine, const CaseLine &line) {
+             return machine.Own(std::shared_ptr<void>(CreateMutexA(nullptr, FALSE, line.mLeft.c_str()), CloseHandle));
+         },
+         nullptr},
+        {"event", EText,
+         [](CaseMachine &machine, const CaseLine &line) {
+             return machine.Own(
+                 std::shared_ptr<void>(CreateEventA(nullptr, TRUE, TRUE, line.mLeft.c_str()), CloseHandle));
+         },
+         nullptr},
+    };
+    return kWords;
+}
+
+// The word that a line begins with, of which "no" is a part. Throws when there is none for this purpose.
+const CaseMachine::Word &CaseMachine::Known(const std::string &line, bool asking)
+{
+    const std::string name = line.substr(0, line.find(' ', line.compare(0, 3, "no ") == 0 ? 3 : 0));
+    for (const Word &word : Words()) {
+        if (word.mName == name && (asking ? word.mAsk != nullptr : word.mSetUp != nullptr)) {
+            return word;
+        }
+    }
+    throw std::invalid_argument("unknown word: " + name);
+}
+
+namespace {
+
+CaseLine Parsed(const std::string &line, const std::string &word, ECaseForm form)
+{
+    return ParseCaseLine(form, line.substr(std::min(line.size(), word.size() + 1)));
+}
+
+} // namespace
+
+std::string CaseMachine::Fault(const std::string &line, bool asking)
+try {
+    const Word &word = Known(line, asking);
+    Parsed(line, word.mName, word.mForm);
+    return "";
+} catch (const std::logic_error &fault) { // of numbers, too
+    return fault.what();
+}
+
 AssertionResult CaseMachine::SetUp(const std::string &line)
 {
     const std::string text = Expanded(line);
+    const Word &word = Known(text, false);
     const auto view = ViewOf(text);
-    const std::string verb = text.substr(0, text.find(' '));
-    const Sides sides =
-        Cut(text.substr(std::min(text.size(), verb.size() + 1)), verb == "copy" || verb == "link" ? " ->" : " =");
-    const std::string path = Place(sides.mLeft);
-    bool done = true;
-    if (verb == "text") {
-        done = WriteText(path, Unescaped(sides.mRight));
-    } else if (verb == "folder") {
-        MakeFolders(path);
-    } else if (verb == "copy") {
-        MakeFolders(Place(sides.mRight).substr(0, Place(sides.mRight).rfind('\\')));
-        done = CopyFileA(path.c_str(), Place(sides.mRight).c_str(), FALSE) != FALSE;
-    } else if (verb == "readonly" || verb == "hidden") {
-        const DWORD attribute = verb == "hidden" ? FILE_ATTRIBUTE_HIDDEN : FILE_ATTRIBUTE_READONLY;
-        done = SetFileAttributesA(path.c_str(), attribute) != FALSE;
-    } else if (verb == "locked") {
-        const auto lock = std::make_shared<LockedFile>(path);
-        done = lock->Held();
-        mLocks.push_back(lock);
-    } else if (verb == "unlock") {
-        mLocks.clear();
-    } else if (verb == "restart") {
-        done = Execute(".", "wineboot.exe -r");
-    } else if (verb == "link") {
-        const auto link = std::make_shared<FolderLink>(mPackage.Folder(), sides.mLeft, sides.mRight);
-        done = link->Made();
-        mOwners.push_back(link);
-    } else if (verb == "written") {
-        done = SetWritten(path, sides.mRight);
-    } else if (verb == "setting") {
-        mSettings = mSettings ? mSettings : std::make_shared<Settings>();
-        done = mSettings->Data(sides.mLeft, ParseData(sides.mRight));
-    } else if (verb == "keep") {
-        const KeyPlace key = ParseKey(sides.mLeft);
-        mOwners.push_back(std::make_shared<RegistrySnapshot>(key.mRoot, key.mPath));
-    } else if (verb == "scratch") {
-        const bool whole = view != nullptr;
-        mOwners.push_back(std::shared_ptr<Scratch>(new Scratch(path), [whole](Scratch *scratch) {
-            const auto off = whole ? std::make_unique<RedirectionOff>() : nullptr;
-            delete scratch;
-        }));
-    } else if (verb == "program") {
-        done = WriteText(path, ProgramOf(sides.mRight));
-    } else if (verb == "renames") {
-        const auto renames = std::make_shared<PendingRenames>();
-        if (sides.mLeft != "-") {
-            renames->Set(path);
-        }
-        mOwners.push_back(renames);
-    } else if (verb == "service") {
-        const size_t blank = sides.mLeft.find(' ');
-        const auto service = MakeTestService(sides.mLeft.substr(0, blank), sides.mLeft.substr(blank + 1) == "dirty");
-        done = service != nullptr;
-        mOwners.push_back(service);
-    } else if (verb == "mutex") {
-        mOwners.push_back(std::shared_ptr<void>(CreateMutexA(nullptr, FALSE, sides.mLeft.c_str()), CloseHandle));
-    } else if (verb == "event") {
-        mOwners.push_back(std::shared_ptr<void>(CreateEventA(nullptr, TRUE, TRUE, sides.mLeft.c_str()), CloseHandle));
-    } else if (text.compare(0, 8, "no file ") == 0) {
-        done = DeleteFileA(Place(text.substr(8)).c_str()) != FALSE;
-    } else if (text.compare(0, 9, "no value ") == 0) {
-        const KeyPlace key = ParseKey(text.substr(9));
-        RemoveValue(key.mRoot, key.mPath, key.mName, key.mView);
-    } else if (text.compare(0, 7, "no key ") == 0) {
-        const KeyPlace key = ParseKey(text.substr(7));
-        RemoveKey(key.mRoot, key.mPath, key.mView);
-    } else if (verb == "value") {
-        const KeyPlace key = ParseKey(sides.mLeft);
-        done = WriteValue(key.mRoot, key.mPath, key.mName, ParseData(sides.mRight), key.mView);
-    } else if (verb == "key") {
-        const KeyPlace key = ParseKey(sides.mLeft);
-        done = CreateKey(key.mRoot, key.mPath, key.mView);
-    } else {
-        return AssertionFailure() << "not understood: " << line;
-    }
-    return done ? AssertionSuccess() : AssertionFailure() << "could not be done: " << line;
+    return word.mSetUp(*this, Parsed(text, word.mName, word.mForm))
+               ? AssertionSuccess()
+               : AssertionFailure() << "could not be done: " << line;
 }
 
-AssertionResult CaseMachine::Check(const std::string &line) const
+AssertionResult CaseMachine::Check(const std::string &line)
 {
-    std::string text = Expanded(line);
+    const std::string text = Expanded(line);
+    const Word &word = Known(text, true);
     const auto view = ViewOf(text);
-    const bool wanted = text.compare(0, 3, "no ") != 0;
-    if (!wanted) {
-        text.erase(0, 3);
-    }
-    const std::string verb = text.substr(0, text.find(' '));
-    const Sides sides = Cut(text.substr(std::min(text.size(), verb.size() + 1)), " =");
-    const std::string path = Place(sides.mLeft);
-    if (verb == "file") {
-        return Demand(FileExists(path), wanted, wanted ? "nothing" : "a file");
-    }
-    if (verb == "folder") {
-        return Demand(FolderExists(path), wanted, wanted ? "nothing" : "a folder");
-    }
-    if (verb == "text") {
-        const std::string content = ReadText(path);
-        return Demand(FileExists(path) && content == Unescaped(sides.mRight), wanted, "\"" + content + "\"");
-    }
-    if (verb == "normal") {
-        const DWORD attributes = GetFileAttributesA(path.c_str());
-        const bool marked = (attributes & (FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN)) != 0;
-        return Demand(attributes != INVALID_FILE_ATTRIBUTES && !marked, wanted, std::to_string(attributes));
-    }
-    if (verb == "tree") {
-        std::string tree;
-        for (const std::string &name : Tree(path)) {
-            tree += (tree.empty() ? "" : ", ") + name;
-        }
-        return Demand(FolderExists(path) && tree == sides.mRight, wanted, tree);
-    }
-    if (verb == "waiting") {
-        const std::string waiting = Waiting(mPackage.Folder());
-        return Demand(waiting == sides.mLeft, wanted, waiting);
-    }
-    if (verb == "value") {
-        const KeyPlace key = ParseKey(sides.mLeft);
-        const std::optional<RegData> data = ReadValue(key.mRoot, key.mPath, key.mName, key.mView);
-        const bool holds = data.has_value() && (!wanted || *data == ParseData(sides.mRight));
-        return Demand(holds, wanted, Shown(data));
-    }
-    if (verb == "unicode") {
-        const KeyPlace key = ParseKey(sides.mLeft);
-        const std::string data = ReadRegUnicode(key.mRoot, key.mPath, key.mName, key.mView);
-        return Demand(data == sides.mRight, wanted, data);
-    }
-    if (verb == "key") {
-        const KeyPlace key = ParseKey(sides.mLeft);
-        return Demand(KeyExists(key.mRoot, key.mPath, key.mView), wanted, wanted ? "no key" : "the key");
-    }
-    return AssertionFailure() << "not understood: " << line;
+    const Found found = word.mAsk(*this, Parsed(text, word.mName, word.mForm));
+    return found.mThere == word.mWanted ? AssertionSuccess() : AssertionFailure() << "found " << found.mWhat;
 }

@@ -1,4 +1,4 @@
-// Runs the cases of the manual and of tests/cases; their form is told in CasePage.h and CaseMachine.h.
+// Runs the cases of the manual and of tests/cases; tests/README.md tells how they are written.
 #include <algorithm>
 #include <regex>
 
@@ -9,27 +9,55 @@
 
 namespace {
 
-// Every pattern fits one record, in this order and with nothing between.
-::testing::AssertionResult AreExactly(const std::vector<std::string> &messages,
-                                      const std::vector<std::string> &patterns)
+// Every pattern fits one record, in this order and with nothing between. The failure shows where the two part.
+::testing::AssertionResult AreExactly(const std::vector<std::string> &messages, const std::vector<CaseText> &patterns)
 {
-    const bool same =
-        messages.size() == patterns.size() && std::equal(patterns.begin(), patterns.end(), messages.begin(), Fits);
-    ::testing::AssertionResult result = same ? ::testing::AssertionSuccess() : ::testing::AssertionFailure();
-    for (const std::string &message : messages) {
-        result << "\n    " << message;
+    size_t at = 0;
+    while (at < messages.size() && at < patterns.size() && Fits(patterns[at].mText, messages[at])) {
+        ++at;
+    }
+    if (at == messages.size() && at == patterns.size()) {
+        return ::testing::AssertionSuccess();
+    }
+    ::testing::AssertionResult result = ::testing::AssertionFailure();
+    if (at < patterns.size()) {
+        result << "line " << patterns[at].mLine << " of the page: " << patterns[at].mText;
+    }
+    for (size_t i = 0; i < messages.size(); ++i) {
+        result << (i == at ? "\n  > " : "\n    ") << messages[i];
     }
     return result;
 }
 
-// The records between the two marks, without those that tell the names of the steps.
+// The records between the two marks, without those that tell the names of the steps or of the redirection's entries,
+// which are bound at first use.
 std::vector<std::string> Written(const RunResult &run)
 {
     std::vector<std::string> messages = MessagesBetween(run, "begin", "end");
     messages.erase(std::remove_if(messages.begin(), messages.end(),
-                                  [](const std::string &message) { return Fits("Instruction *", message); }),
+                                  [](const std::string &message) {
+                                      return Fits("Instruction *", message) || Fits("STDisableRedirect*", message);
+                                  }),
                    messages.end());
     return messages;
+}
+
+std::vector<std::string> Messages(const std::vector<TraceRecord> &records)
+{
+    std::vector<std::string> messages;
+    for (const TraceRecord &record : records) {
+        messages.push_back(record.mMessage);
+    }
+    return messages;
+}
+
+std::vector<std::string> Texts(const std::vector<CaseText> &lines)
+{
+    std::vector<std::string> texts;
+    for (const CaseText &line : lines) {
+        texts.push_back(line.mText);
+    }
+    return texts;
 }
 
 class Cases : public ::testing::TestWithParam<Case> {
@@ -44,9 +72,13 @@ protected:
                 }
             }
         } else if (script.mKind == "steps") {
-            mPackage.Steps(script.mText);
+            std::string main;
+            for (const std::string &line : Comments(script, "main")) {
+                main += line + "\n";
+            }
+            mPackage.Steps(Text(script), "", main);
         } else {
-            mPackage.Script(script.mText);
+            mPackage.Script(Text(script));
         }
     }
 
@@ -81,32 +113,36 @@ protected:
     void Expect(const RunResult &run, const CaseBlock &block)
     {
         const bool exact = block.mKind == "logged" || block.mKind == "wrote"; // an empty record counts there
-        const std::string text = mMachine.Expanded(block.mText);
-        const std::vector<std::string> lines = exact ? Lines(text) : FilledLines(text);
-        const std::string place = GetParam().mPage + ":" + std::to_string(block.mLine);
+        std::vector<CaseText> lines;
+        for (const CaseText &line : block.mLines) {
+            if (exact || !line.mText.empty()) {
+                lines.push_back({line.mLine, mMachine.Expanded(line.mText)});
+            }
+        }
+        SCOPED_TRACE(GetParam().mPage + ":" + std::to_string(block.mLine));
         if (block.mKind == "trace") {
-            EXPECT_TRUE(HasInOrder(run, lines)) << place;
+            EXPECT_TRUE(HasInOrder(run, Texts(lines)));
         } else if (block.mKind == "elevated") {
-            EXPECT_TRUE(HasInOrder(mElevated, lines)) << place;
+            EXPECT_TRUE(HasInOrder(mElevated, Texts(lines)));
         } else if (block.mKind == "logged") {
-            EXPECT_TRUE(AreExactly(Logged(run), lines)) << place;
+            EXPECT_TRUE(AreExactly(Logged(run), lines));
         } else if (block.mKind == "wrote") {
-            EXPECT_EQ(CountRecords(run, "end"), 1u) << place << run.mTraceText;
-            EXPECT_TRUE(AreExactly(Written(run), lines)) << place;
+            EXPECT_EQ(CountRecords(run, "end"), 1u) << run.mTraceText;
+            EXPECT_TRUE(AreExactly(Written(run), lines));
+        } else if (block.mKind == "end") {
+            std::vector<std::string> messages = Messages(run.mTrace);
+            messages.erase(messages.begin(),
+                           messages.end() - static_cast<ptrdiff_t>(std::min(messages.size(), lines.size())));
+            EXPECT_TRUE(AreExactly(messages, lines));
         } else if (block.mKind == "lacks") {
-            for (const std::string &line : lines) {
-                EXPECT_TRUE(Lacks(run, line)) << place;
-            }
-        } else if (block.mKind == "check") {
-            for (const std::string &line : lines) {
-                EXPECT_TRUE(mMachine.Check(line)) << place << ": " << line;
-            }
-        } else if (block.mKind == "then") {
-            for (const std::string &line : lines) {
-                EXPECT_TRUE(mMachine.SetUp(line)) << place;
+            for (const CaseText &line : lines) {
+                EXPECT_TRUE(Lacks(run, line.mText));
             }
         } else {
-            ADD_FAILURE() << place << ": no such block: " << block.mKind;
+            for (const CaseText &line : lines) {
+                EXPECT_TRUE(block.mKind == "then" ? mMachine.SetUp(line.mText) : mMachine.Check(line.mText))
+                    << GetParam().mPage << ":" << line.mLine << ": " << line.mText;
+            }
         }
     }
 
@@ -135,6 +171,12 @@ protected:
 TEST_P(Cases, Hold)
 {
     const Case &test = GetParam();
+    for (const std::string &fault : test.mFaults) {
+        ADD_FAILURE() << fault;
+    }
+    if (!test.mFaults.empty()) {
+        return;
+    }
     const std::string version = Comment(test.mScript, "windows");
     if (!version.empty() || !Comment(test.mScript, "language").empty() || !Comment(test.mScript, "devices").empty()) {
         SKIP_UNLESS_WINE();
@@ -144,15 +186,14 @@ TEST_P(Cases, Hold)
         windows = std::make_unique<WindowsVersion>(version);
     }
     for (const CaseBlock &file : test.mFiles) {
-        mPackage.File(Comment(file, "file"), file.mText);
+        mPackage.File(Comment(file, "file"), Text(file));
     }
     Stage(test.mScript);
     for (const CaseBlock &block : test.mBefore) {
-        for (const std::string &line : FilledLines(block.mText)) {
-            ASSERT_TRUE(mMachine.SetUp(line));
+        for (const CaseText &line : block.mLines) {
+            ASSERT_TRUE(line.mText.empty() || mMachine.SetUp(line.mText)) << test.mPage << ":" << line.mLine;
         }
     }
-    EXPECT_FALSE(test.mAfter.empty()) << "a script without anything that it is to do";
     RunResult run = Play(test.mScript);
     for (const CaseBlock &block : test.mAfter) {
         if (block.mKind == "again") {
@@ -166,7 +207,7 @@ TEST_P(Cases, Hold)
 // The cases of a folder; those of pages for a 32-bit Windows, or the others.
 std::vector<Case> CasesOf(const char *folder, bool win32)
 {
-    std::vector<Case> cases = ReadCases(EnvironmentText(folder));
+    std::vector<Case> cases = ReadCases(EnvironmentText(folder), std::string(folder) == "TAVIX_DOCS");
     cases.erase(std::remove_if(cases.begin(), cases.end(),
                                [win32](const Case &test) { return Fits("*win32*", test.mPage) != win32; }),
                 cases.end());
@@ -190,6 +231,42 @@ TEST(CasePages, AreThere)
 {
     EXPECT_GT(CasesOf("TAVIX_DOCS", false).size(), 10u) << EnvironmentText("TAVIX_DOCS");
     EXPECT_GT(CasesOf("TAVIX_CASES", false).size(), 10u) << EnvironmentText("TAVIX_CASES");
+}
+
+// A page that says what nobody understands, in its last line but those of "end", and what is told of it.
+TEST(CasePages, RefuseWhatTheyDoNotKnow)
+{
+    static const char *const kPages[][3] = {
+        {"```before\nvalue HKLM\\X;n = strng x", "\n```\n```steps\n```\n```trace\n```", "unknown type: strng x"},
+        {"```steps\n```\n```check\nno key 32 HKML\\X", "\n```", "unknown root: HKML\\X"},
+        {"```steps\n```\n```check\nno key HKLM\\X;n", "\n```", "a value, not a key: HKLM\\X;n"},
+        {"```steps\n```\n```check\nvalue HKLM\\X;n sz x", "\n```", "no '=' in: HKLM\\X;n sz x"},
+        {"```steps\n```\n```check\nno text a = b", "\n```", "unknown word: no text"},
+        {"```steps\n```\n```check\nlocked a", "\n```", "unknown word: locked"},
+        {"```steps\n```\n```then\nunlock a", "\n```", "surplus: a"},
+        {"```steps\nLog;x\n```\n```trace\n```\n```again\n; exitt: 7", "\n```", "unknown comment: exitt"},
+        {"```steps\n; exit: seven", "\n```\n```trace\n```", "unknown value of exit: seven"},
+        {"```steps\n; run /s", "\n```\n```trace\n```", "no comment of the form '; name: value': ; run /s"},
+        {"```steps\n```\n```trace\n```\n```lakcs", "\n```", "unknown block: lakcs"},
+        {"```trace", "\n```\n```steps\n```\n```trace\n```", "a block out of place: trace"},
+        {"```steps", "\n```", "nothing is expected of the script"},
+        {"```steps\n```\n```trace\n```\n```check", "\nfolder a", "a block that does not end"},
+        {"| a | run |\n|---|---|\n| 1 |", "\n```steps\nLog;{a}\n```\n```trace\n```",
+         "a row of another number of cells"},
+        {"| a | rnu |", "\n| 1 | /s |\n```steps\nLog;{a}\n```\n```trace\n```", "a column that nothing names: rnu"},
+        {"| a |\n| 1 |\n```steps\nLog;{a}\n{b}", "\n```\n```trace\n```", "no such column: {b}"},
+        {"| step | machine |\n| Log;x | kye HKLM\\X |", "\n", "unknown word: kye"},
+        {"| step | trace |\n| Log;x | x |\n```groups", "\n```", "groups without a table of steps"},
+        {"```steps\n```\n```trace\n```\n```before", "\n```", "a block without a script"},
+    };
+    for (const auto &[begin, end, fault] : kPages) {
+        const std::string place = "page.md:" + std::to_string(std::count(begin, begin + strlen(begin), '\n') + 1);
+        std::vector<std::string> faults;
+        for (const Case &test : ReadPage("page.md", std::string(begin) + end + "\n", false)) {
+            faults.insert(faults.end(), test.mFaults.begin(), test.mFaults.end());
+        }
+        EXPECT_EQ(faults, std::vector<std::string>{place + ": " + fault}) << begin;
+    }
 }
 
 } // namespace

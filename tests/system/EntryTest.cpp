@@ -40,15 +40,4 @@ TEST(Entry, BreakWaitsForItsBoxInASilentRunToo)
     EXPECT_TRUE(FileExists(package.Path("behind")));
 }
 
-TEST(Entry, DeeplyNestedGroupsRun)
-{
-    std::string groups;
-    for (int i = 0; i < 100; ++i) {
-        groups += "[G" + std::to_string(i) + "]\n!G" + std::to_string(i + 1) + "!\n";
-    }
-    Package package;
-    package.Steps("!G0!\nLog;back", groups + "[G100]\nLog;deepest");
-    EXPECT_EQ(Logged(package.Run()), (std::vector<std::string>{"deepest", "back"}));
-}
-
 } // namespace

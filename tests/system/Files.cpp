@@ -118,8 +118,9 @@ std::string FreeTempName(const std::string &stem)
     return name;
 }
 
-LockedFile::LockedFile(const std::string &path)
-    : mFile(CreateFileA(path.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr),
+LockedFile::LockedFile(const std::string &path, bool shareReading)
+    : mFile(CreateFileA(path.c_str(), GENERIC_READ, shareReading ? FILE_SHARE_READ : 0, nullptr, OPEN_EXISTING,
+                        FILE_ATTRIBUTE_NORMAL, nullptr),
             CloseHandle)
 {
 }

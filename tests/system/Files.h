@@ -28,10 +28,10 @@ std::vector<std::string> Tree(const std::string &folder);
 // A name that is free in the folder for temporary files of this test program.
 std::string FreeTempName(const std::string &stem);
 
-// A file that is held open, shared with nobody, for as long as the object lives.
+// A file that is held open for as long as the object lives, shared with nobody, or with others that read.
 class LockedFile {
 public:
-    explicit LockedFile(const std::string &path);
+    explicit LockedFile(const std::string &path, bool shareReading = false);
     bool Held() const { return mFile.get() != INVALID_HANDLE_VALUE; }
 
 private:

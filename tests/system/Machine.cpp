@@ -1,5 +1,17 @@
 #include "Machine.h"
 
+namespace {
+
+// The key of the user, opened anew at each use: in a long row of tests the one that Wine keeps for the process was
+// found closed.
+HKEY CurrentUser()
+{
+    RegDisablePredefinedCache();
+    return HKEY_CURRENT_USER;
+}
+
+} // namespace
+
 bool OnWine()
 {
     return Entry<void *>("ntdll.dll", "wine_get_version") != nullptr;
@@ -26,7 +38,8 @@ std::string DoublePath(const std::string &name)
 }
 
 WindowsVersion::WindowsVersion(const std::string &name, const std::string &program)
-    : mFormer(HKEY_CURRENT_USER, "Software\\Wine\\AppDefaults\\" + program)
+    : mFormer(CurrentUser(), "Software\\Wine\\AppDefaults\\" + program)
 {
-    WriteValue(HKEY_CURRENT_USER, "Software\\Wine\\AppDefaults\\" + program, "Version", RegText(name));
+    const std::string key = "Software\\Wine\\AppDefaults\\" + program;
+    WriteValue(HKEY_CURRENT_USER, key, "Version", RegText(name));
 }

@@ -42,10 +42,10 @@ Package &Package::Script(const std::string &text)
     return File("installer.dat", WindowsLines(text));
 }
 
-Package &Package::Steps(const std::string &steps, const std::string &more)
+Package &Package::Steps(const std::string &steps, const std::string &more, const std::string &main)
 {
-    return Script("[MAIN]\nVersion=1.10.01\nPrefType=Pen_Tablet\nLanguages=en\n[Install]\n" + WindowsLines(steps) +
-                  "\n" + WindowsLines(more));
+    return Script("[MAIN]\n" + main + "Version=1.10.01\nPrefType=Pen_Tablet\nLanguages=en\n[Install]\n" +
+                  WindowsLines(steps) + "\n" + WindowsLines(more));
 }
 
 Package &Package::File(const std::string &name, const std::string &content)

@@ -27,6 +27,9 @@ public:
     // Waits for the end, stops the process when that does not come in time, and gathers what is left.
     RunResult Wait(DWORD milliseconds = 30000);
 
+    // The process; null for a run in another language.
+    HANDLE Process() const { return mProcess.get(); }
+
 private:
     friend class Package;
     bool Ended(DWORD milliseconds, DWORD *exitCode_O);
@@ -59,8 +62,8 @@ public:
     Package &Script(const std::string &text);
 
     // A script that passes all checks (a consumer pen package in English) with these steps in its group Install,
-    // and whatever more sections.
-    Package &Steps(const std::string &steps, const std::string &more = "");
+    // and whatever more sections. Lines of MAIN stand in front of its own, and so count.
+    Package &Steps(const std::string &steps, const std::string &more = "", const std::string &main = "");
 
     // A further file of the package, bytes as they are; a file of the test's machine under another name.
     Package &File(const std::string &name, const std::string &content);

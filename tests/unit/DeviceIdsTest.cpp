@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <set>
 
+#include "Common/StringUtilities.h"
 #include "Tables.h"
 
 namespace {
@@ -34,7 +35,7 @@ TEST(DeviceIds, FormFollowsTheFlagsOfTheRowAndThePlatform)
 
 TEST(DeviceIds, InstanceIdsMatchInAnyCaseOnceConverted)
 {
-    const std::string instance = UpperCaseId("usb\\vid_7a1c&pid_00ab\\6&2e1\xe4z&0");
+    const std::string instance = UpperAscii("usb\\vid_7a1c&pid_00ab\\6&2e1\xe4z&0");
     EXPECT_EQ(instance, "USB\\VID_7A1C&PID_00AB\\6&2E1\xe4Z&0");
     EXPECT_TRUE(Contains(instance, "VID_7A1C&PID_00AB") && Contains(instance, ""));
     EXPECT_FALSE(Contains(instance, "vid_7a1c") || Contains("", "VID_7A1C"));

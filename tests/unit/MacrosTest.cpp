@@ -1,4 +1,4 @@
-#include "Installer/Macros.h"
+#include "Script/Macros.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "Actions/RegPath.h"
+#include "Registry/RegPath.h"
 
 #include <gtest/gtest.h>
 

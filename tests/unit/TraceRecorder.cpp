@@ -16,7 +16,7 @@ std::vector<std::string> gRecords;
 
 TVX_PRINTF(1, 0) int Record(const char *format, va_list arguments)
 {
-    char message[0x4000]; // longer ones are cut
+    static char message[0x4000]; // longer ones are cut; on the stack the sanitizers would mark all of it at each record
     const int length = vsnprintf(message, sizeof message, format, arguments);
     if (length < 0) {
         return -1;
