@@ -78,6 +78,15 @@ start_prefix() {
     cp -al "$deps/prefix-$2" "$1"
     # The registry as real copies: the server writes into a file that has several links, and so into all of its copies.
     cp --remove-destination "$deps/prefix-$2"/*.reg "$1"
+    # Windows stand on a desktop in a window of its own: there is no window manager, for which Wine would wait.
+    cat >>"$1/user.reg" <<'REG'
+
+[Software\\Wine\\Explorer] 1700000000
+"Desktop"="Setup"
+
+[Software\\Wine\\Explorer\\Desktops] 1700000000
+"Setup"="1024x768"
+REG
     WINEPREFIX=$1 WINEARCH=$2 wineserver -p >/dev/null 2>&1 </dev/null 9>&-
 }
 
