@@ -48,7 +48,6 @@ protected:
 TEST_F(Companion, AnswerOfEitherConventionIsTheLastErrorWhateverTheCompanionDidToThat)
 {
     mFolder.Write("TavixCompanion.txt", "0 good\n4294967295 bad\n"); // a text that is not found leaves another error
-    bool reboot = false;
     for (const std::string device : {"good", "bad"}) {
         const bool good = device == "good";
         const DWORD answer = good ? 0 : 0xFFFFFFFF;
@@ -56,24 +55,15 @@ TEST_F(Companion, AnswerOfEitherConventionIsTheLastErrorWhateverTheCompanionDidT
             const std::string path = BuiltDouble("companion\\" + library);
             EXPECT_EQ(CallDevInstall(path, device, ".\\a.inf"), good);
             EXPECT_EQ(GetLastError(), answer);
-            EXPECT_EQ(CallDevUpdate(path, device, ".\\a.inf", reboot), good);
-            EXPECT_EQ(CallDevRemoveSelectedDriver(path, device), good);
-            EXPECT_EQ(GetLastError(), answer);
             EXPECT_EQ(ChangeFriendlyName(path, 1, 2, 255, device), good);
             EXPECT_EQ(GetLastError(), good ? 0u : 50u);
-            EXPECT_EQ(Asked(),
-                      std::regex_replace("library DevInstall [*] [.\\a.inf]\nlibrary DevUpdate [*] [.\\a.inf]\n"
-                                         "library DevRemoveSelectedDriver [*]\n"
-                                         "library ChangeFriendlyName [1] [2] [255] [*]\n",
-                                         std::regex("\\*"), device));
+            EXPECT_EQ(Asked(), "library DevInstall [" + device +
+                                   "] [.\\a.inf]\nlibrary ChangeFriendlyName [1] [2] [255] [" + device + "]\n");
         }
-        EXPECT_EQ(CallDevUpdate(mProgram, device, ".\\a.inf", reboot), good);
         EXPECT_EQ(CallDevInstall(mProgram, device, ".\\a.inf"), good);
         EXPECT_EQ(GetLastError(), answer);
-        const std::string inf = " \"" + mFolder.Path("a.inf") + "\"\n";
-        EXPECT_EQ(Asked(), "program Update \"" + device + "\"" + inf + "program Install " + device + inf);
+        EXPECT_EQ(Asked(), "program Install " + device + " \"" + mFolder.Path("a.inf") + "\"\n");
     }
-    EXPECT_FALSE(reboot);
     EXPECT_FALSE(CallDevInstall("none.dll", "good", ""));
     EXPECT_EQ(GetLastError(), DWORD{ERROR_MOD_NOT_FOUND});
     EXPECT_FALSE(CallDevRemove(BuiltDouble("companion\\crashing.dll"), "good"));
@@ -108,13 +98,10 @@ TEST(Quillo, AnyDeviceOfTheFamilyThatWasEverAttachedCounts)
 {
     const std::string usb = "SYSTEM\\CurrentControlSet\\Enum\\USB";
     const RegistrySnapshot former(HKEY_LOCAL_MACHINE, usb);
-    CTraceCapture trace;
     for (const std::string product : {"0240", "0110", "0129"}) {
         RemoveKey(HKEY_LOCAL_MACHINE, usb);
         CreateKey(HKEY_LOCAL_MACHINE, usb + "\\VID_7A1C&PID_" + product);
-        const bool quillo = product != "0240";
-        EXPECT_EQ(IsQuilloPresent(), quillo) << product;
-        EXPECT_EQ(trace.Take().at(0), quillo ? "Is Quillo Present: Yes" : "Is Quillo Present: No");
+        EXPECT_EQ(IsQuilloPresent(), product != "0240") << product;
     }
 }
 

@@ -152,16 +152,6 @@ TEST_F(DeviceWalk, MaskGathersOverWalksAndOutlivesTheList)
     EXPECT_FALSE(mDevices.IsProductAttached(""));
 }
 
-TEST_F(DeviceWalk, LastDeviceWithOwnDataNamesTheProductAndTheLastFileFoundStays)
-{
-    mFolder.Write("VID_7A1C_PID_0392.dat", "");
-    Tree("USB USB\\VID_7A1C&PID_0392\\1 live\nUSB USB\\VID_7A1C&PID_03A1\\2 live\n"
-         "USB USB\\VID_7A1C&PID_0110\\3 live\n");
-    EnumerateSupportedDevices(mDevices, "USB", true, false);
-    EXPECT_EQ(mDevices.mProductName, "VID_7A1C_PID_03A1");
-    EXPECT_EQ(mDevices.mOemDataFile, ".\\VID_7A1C_PID_0392.dat");
-}
-
 TEST_F(DeviceWalk, DeviceInfoGoesFromTheKeysOfLiveAndRememberedNodes)
 {
     const std::string base = "Software\\TavixDeviceWalkTest";

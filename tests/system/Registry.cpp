@@ -123,20 +123,6 @@ std::string ReadRegText(HKEY root, const std::string &path, const std::string &n
     return text;
 }
 
-std::string ReadRegUnicode(HKEY root, const std::string &path, const std::string &name, EView view)
-{
-    const Key key = OpenKey(root, path, KEY_READ | view);
-    const std::wstring wide(name.begin(), name.end()); // names of values are ASCII
-    wchar_t text[256] = {};
-    DWORD size = sizeof text - sizeof *text;
-    if (!key || RegQueryValueExW(key.get(), wide.c_str(), nullptr, nullptr, reinterpret_cast<BYTE *>(text), &size)) {
-        return "<none>";
-    }
-    char bytes[4 * 256] = {};
-    WideCharToMultiByte(CP_UTF8, 0, text, -1, bytes, sizeof bytes, nullptr, nullptr);
-    return bytes;
-}
-
 RegData RegText(const std::string &text, DWORD type)
 {
     return {type, text + '\0'};

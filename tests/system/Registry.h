@@ -32,7 +32,6 @@ void RemoveValue(HKEY root, const std::string &path, const std::string &name, EV
 
 // A text value without its NUL, "<none>" when it is missing; texts and numbers for writing.
 std::string ReadRegText(HKEY root, const std::string &path, const std::string &name, EView view = EProcessView);
-std::string ReadRegUnicode(HKEY root, const std::string &path, const std::string &name, EView view); // UTF-8
 RegData RegText(const std::string &text, DWORD type = REG_SZ);
 RegData RegNumber(DWORD number);
 

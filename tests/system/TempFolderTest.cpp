@@ -1,6 +1,5 @@
 // What others leave in the temporary folder under the names of this program, and a disk without room.
 #include "Fixture.h"
-#include "OnHost.h"
 
 namespace {
 
@@ -49,24 +48,14 @@ TEST(TempFolder, TheDefaultTraceIsNotWrittenThroughALink)
         if (writable && !OnHost("chmod 777 '" + HostPath(package.Temp()) + "'")) {
             GTEST_SKIP() << "a folder cannot be opened to others here";
         }
-        STARTUPINFOA startup = {};
-        startup.cb = sizeof startup;
-        PROCESS_INFORMATION process = {};
-        std::string line = package.Path("TavixSetup.exe") + " /s";
-        const std::string former = EnvironmentText("TMP");
-        SetEnvironmentVariableA("TMP", package.Temp().c_str());
-        ASSERT_TRUE(CreateProcessA(nullptr, line.data(), nullptr, nullptr, FALSE, CREATE_SUSPENDED, nullptr,
-                                   package.Folder().c_str(), &startup, &process));
-        SetEnvironmentVariableA("TMP", former.c_str());
-        const std::string trace = package.Temp("Install" + std::to_string(process.dwProcessId) + ".txt");
+        RunningSetup run = package.Start("/s", CREATE_SUSPENDED);
+        const std::string trace = package.Temp("Install" + std::to_string(run.ProcessId()) + ".txt");
         const std::string other = package.Path("other");
         // A symbolic link of the host is one that no call of Windows shows here; only the open folder is told apart.
         EXPECT_TRUE(writable ? OnHost("ln -s '" + HostPath(other) + "' '" + HostPath(trace) + "'")
                              : CreateHardLinkA(trace.c_str(), other.c_str(), nullptr) != FALSE);
-        ResumeThread(process.hThread);
-        EXPECT_EQ(WaitForSingleObject(process.hProcess, 60000), DWORD{WAIT_OBJECT_0});
-        CloseHandle(process.hThread);
-        CloseHandle(process.hProcess);
+        ResumeThread(run.Thread());
+        EXPECT_EQ(run.Wait().mExitCode, 0u);
         EXPECT_EQ(ReadText(other), "other") << writable;
         EXPECT_NE(ReadText(trace).find("ran"), std::string::npos) << writable;
     }

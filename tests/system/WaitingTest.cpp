@@ -2,7 +2,6 @@
 #include <memory>
 
 #include "Fixture.h"
-#include "PendingRenames.h"
 
 TEST(Waiting, ACopyThatFindsNoPlaceTellsItOnceAndGoesOnWhenThereIsOne)
 {
@@ -11,7 +10,7 @@ TEST(Waiting, ACopyThatFindsNoPlaceTellsItOnceAndGoesOnWhenThereIsOne)
     auto source = std::make_unique<LockedFile>(package.Path("new"));
     const LockedFile target(package.Path("old"));
     ASSERT_TRUE(source->Held() && target.Held());
-    const PendingRenames pending;
+    const RegistrySnapshot pending(HKEY_LOCAL_MACHINE, "SYSTEM\\CurrentControlSet\\Control\\Session Manager");
     RunningSetup run = package.Steps("CopyFile;new;old\nLog;behind").Start("/s");
     Sleep(2500); // several rounds of names, with a pause between two
     source.reset();

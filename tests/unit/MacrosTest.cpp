@@ -1,83 +1,82 @@
+// Macros in texts and at the beginning of registry paths.
 #include "Script/Macros.h"
-
-#include <gtest/gtest.h>
 
 #include <map>
 
+#include "Registry/RegPath.h"
+#include "Tables.h"
 #include "TraceRecorder.h"
 
 namespace {
+
+using Names = std::map<std::string, std::string>;
+
+Names NamesOf(const std::string &table)
+{
+    const auto rows = TableRows(table);
+    return {rows.begin(), rows.end()};
+}
 
 class Values : public IMacroValues {
 public:
     std::string LocalisedString(const std::string &key, const std::string &defaultValue) override
     {
-        static const std::map<std::string, std::string> kStrings = {
-            {"Title", "Tablet"}, {"Temp", "!TEMP!"}, {"Hat", "a^b"}, {"Empty", ""}, {"Same", "Thisis_anEmptySTRING"}};
-        const auto found = kStrings.find(key);
-        return found == kStrings.end() ? defaultValue : found->second;
+        return mWords.count(key) != 0 ? mWords[key] : defaultValue;
     }
     std::optional<std::string> Value(const std::string &upperName) override
     {
-        static const std::map<std::string, std::string> kValues = {
-            {"TEMP", "C:\\T\\"}, {"EMPTY", ""},      {"APP VERSION", "5.3.5-5"}, {"INNER", "x!TEMP!"},
-            {"FIRST", "!TEMP!"}, {"HAT", "^Title^"}, {"SELF", "x!SELF!"}};
-        const auto found = kValues.find(upperName);
-        return found == kValues.end() ? std::nullopt : std::optional<std::string>(found->second);
+        return mValues.count(upperName) != 0 ? std::optional(mValues[upperName]) : std::nullopt;
     }
+
+private:
+    Names mWords = NamesOf("words"), mValues = NamesOf("values");
 };
-
-// The record of an unpaired mark without its first three letters, and with a blank behind it.
-const char kHat[] = "Hat != std::string::npos ";
-const char kBang[] = "Bang != std::string::npos ";
-
-std::string TakeMarks()
-{
-    std::string marks;
-    for (const std::string &record : TakeTraceRecords()) {
-        marks += record.substr(3) + " ";
-    }
-    return marks;
-}
 
 TEST(Macros, Expand)
 {
-    static const struct {
-        const char *text;
-        const char *result;
-        const char *traced;
-    } kCases[] = {
-        {"", "", ""},
-        {"!TEMP!foo !temp! !App Version! ! TEMP!", "C:\\T\\foo C:\\T\\ 5.3.5-5  TEMP", ""}, // blanks count
-        {"!NOSUCH!\\file !noSuch! a!!b !!!! !!TEMP!!", "NOSUCH\\file noSuch a!b !! !TEMP!", ""},
-        {"!TEMP!!TEMP!", "C:\\T\\C:\\T\\", ""},
-        {"!TEMP!!", "C:\\T\\!", kBang},
-        // The search goes on one character behind the first mark's place.
-        {"!INNER!", "xC:\\T\\", ""},       // a mark inside a value begins a macro
-        {"!FIRST!", "!TEMP!", kBang},      // unless it is the value's first character
-        {"!EMPTY!!X!", "!X!", kBang},      // an empty value hides the mark behind it
-        {"!EMPTY!a!HAT!", "a^Title^", ""}, // hats run first and only once
-        {"^Title^ ^title^ ^KEY^ ^^ ^^^^ ^Empty^|^Same^", "Tablet title KEY ^ ^^ |Same", ""},
-        {"^Hat^Title^", "a^bTitle^", kHat}, // a value is not looked at again
-        {"^Temp^x !^Title^!", "C:\\T\\x Tablet", ""},
-    };
     Values values;
-    for (const auto &test : kCases) {
-        EXPECT_EQ(ExpandMacros(test.text, values), test.result) << test.text;
-        EXPECT_EQ(TakeMarks(), test.traced) << test.text;
-    }
-    EXPECT_EQ(ExpandMacros("^a!", values), "^a!");
-    EXPECT_EQ(TakeMarks(), std::string(kHat) + kBang);
+    ExpectTable("macros", [&](const std::string &text) { return WithAssertions(ExpandMacros(text, values)); });
 }
 
 TEST(Macros, AMacroThatBringsItselfInIsGivenUp)
 {
     Values values;
     EXPECT_GT(ExpandMacros("a!SELF!b", values).size(), 0x10000u);
-    EXPECT_EQ(TakeTraceRecords(), std::vector<std::string>{"The macros of a!SELF!b do not end"});
+    EXPECT_EQ(TakeAssertions(), "The macros of a!SELF!b do not end");
     // What ends may be long.
     EXPECT_EQ(ExpandMacros(std::string(0x20000, 'x') + "!TEMP!", values), std::string(0x20000, 'x') + "C:\\T\\");
-    EXPECT_EQ(TakeMarks(), "");
+    EXPECT_EQ(TakeAssertions(), "");
+}
+
+std::string gAsked;
+
+RegLocation Parse(const std::string &text, RegRoot root = kRootLocalMachine)
+{
+    gAsked.clear();
+    return ParseRegPathWith(text, root, [data = NamesOf("platform-data")](const std::string &name) {
+        gAsked += " " + name;
+        return data.count(name) != 0 ? data.at(name) : std::string();
+    });
+}
+
+TEST(RegPath, RootsAndMacros)
+{
+    ExpectTable("registry-paths", [](const std::string &text) {
+        const RegLocation location = Parse(text);
+        return WithAssertions(std::to_string(location.mRootKey - kRootClasses) + ":" + location.mPath +
+                              location.mPermissions + gAsked);
+    });
+    std::string odd; // is kept byte for byte
+    for (int byte = 0; byte < 256; ++byte) {
+        odd += static_cast<char>(byte);
+    }
+    EXPECT_EQ(Parse("HKEY_USERS\\" + odd).mPath, "\\" + odd);
+    EXPECT_EQ(Parse("x\\y", kRootClasses).mRootKey, kRootClasses);
+    EXPECT_EQ(Parse("!LOOP!\\below").mPath, "");
+    EXPECT_EQ(TakeAssertions(), "PlatformData LOOP leads back to itself");
+    EXPECT_EQ(Parse("!PING!").mRootKey, kRootUsers);
+    EXPECT_EQ(TakeTraceRecords().size(), 1u);
+    EXPECT_LT(gAsked.size(), 1000u);
 }
 
 } // namespace
