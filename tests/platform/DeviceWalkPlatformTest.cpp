@@ -13,6 +13,7 @@
 #include "Common/Handles.h"
 #include "Common/TraceFile.h"
 #include "Devices/DeviceTable.h"
+#include "Devices/Quillo.h"
 #include "ScratchFolder.h"
 #include "TraceCapture.h"
 
@@ -99,7 +100,6 @@ TEST_F(DeviceWalk, NodesAreMarkedAndRemovedByEnumeratorStateAndId)
          "USB USB\\PEN\\5 going\n",
          "Checking device usb\\duo\\1\nDUO found\nChecking device USB\\MOUSE\\3\n", "list USB present\nclose\n", "DUO ",
          3},
-        {"without devices", "USB", true, true, "", "", "list USB present\nclose\n", "", 0},
         {"of remembered devices, which marks nothing", "USB", false, true,
          "USB USB\\PEN\\live live\nUSB usb\\pen\\gone remembered\nUSB USB\\MOUSE\\gone remembered\n",
          "Checking device usb\\pen\\gone\nRemoving USB\\PEN\\GONE\nChecking device USB\\MOUSE\\gone\n",
@@ -180,9 +180,17 @@ TEST_F(DeviceWalk, DeviceInfoGoesFromTheKeysOfLiveAndRememberedNodes)
         }
     }
     EXPECT_EQ(left, "Live.PortName Remembered.PortName Other.DeviceInfo Other.PortName Hid.DeviceInfo Hid.PortName ");
-    Tree("fail-list USB\nUSB USB\\PEN\\1 live\n");
-    RemoveDeviceInfoValue("USB", "PEN");
-    EXPECT_EQ(Calls(), "list USB all fails\n");
+}
+
+TEST(Quillo, AnyDeviceOfTheFamilyThatWasEverAttachedCounts)
+{
+    const std::string usb = "SYSTEM\\CurrentControlSet\\Enum\\USB";
+    const RegistrySnapshot former(HKEY_LOCAL_MACHINE, usb);
+    for (const std::string product : {"0240", "0110", "0129"}) {
+        RemoveKey(HKEY_LOCAL_MACHINE, usb);
+        CreateKey(HKEY_LOCAL_MACHINE, usb + "\\VID_7A1C&PID_" + product);
+        EXPECT_EQ(IsQuilloPresent(), product != "0240") << product;
+    }
 }
 
 } // namespace
