@@ -1,6 +1,6 @@
 // How the descriptions of a package are read: the maker's, and the one that the maker of a computer (OEM) may add. Both
-// are XML documents with the root element "root"; what stands in them is told in docs/shell.md. The texts of a document
-// are UTF-8, those of the program in the ANSI code page.
+// are XML documents with the root element "root"; what stands in them is told in docs/package-description.md. The texts
+// of a document are UTF-8, those of the program in the ANSI code page.
 #pragma once
 
 #include <libxml/tree.h>
