@@ -9,6 +9,8 @@
 #include <string>
 #include <vector>
 
+#include "Shell/XmlUtils.h"
+
 // What reading and writing descriptions asks of the run and of Windows.
 class IDescriptionTexts {
 public:
@@ -51,8 +53,9 @@ std::string Attribute(xmlNode *element, const char *name, IDescriptionTexts &tex
 bool IsSet(xmlNode *element, const char *attribute);
 bool IsNotZero(xmlNode *element, const char *attribute);
 
-// Hands each element that the expression finds, a copy of it, to `work`, in the order of the document.
-void ForEachElement(xmlDoc *doc, const std::string &xpath, const std::function<void(xmlNode *)> &work);
+// Hands each element that the expression finds in a document, a copy of it, to `work`, in the order of the document.
+void ForEachElement(const XmlUtils::XmlContext &context, const std::string &xpath,
+                    const std::function<void(xmlNode *)> &work);
 
 // Splits a list of ids at every comma; blanks belong to the ids. An empty text gives one empty id.
 std::vector<std::string> SplitIds(const std::string &list);
