@@ -19,14 +19,6 @@ bool OnWine()
     return Entry<void *>("ntdll.dll", "wine_get_version") != nullptr;
 }
 
-bool On64BitWindows()
-{
-    // Bound at run time: the first Windows XP lacks it.
-    const auto ask = Entry<BOOL(WINAPI *)(HANDLE, BOOL *)>("kernel32.dll", "IsWow64Process");
-    BOOL answer = FALSE;
-    return ask != nullptr && ask(GetCurrentProcess(), &answer) && answer;
-}
-
 std::string EnvironmentText(const char *name)
 {
     std::string text(GetEnvironmentVariableA(name, nullptr, 0), '\0');

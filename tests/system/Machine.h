@@ -16,7 +16,6 @@ TFunction Entry(const char *library, const char *name)
 }
 
 bool OnWine();
-bool On64BitWindows();
 
 // What the environment gives, empty when it doesn't; see Fixture.h.
 std::string EnvironmentText(const char *name);
