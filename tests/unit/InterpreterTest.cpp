@@ -107,12 +107,12 @@ TEST_F(Interpreter, TracesWhatItDoes)
 {
     mRun.mCommandMap["Gap"] = 8;
     TakeTraceRecords();
-    Run("GoTo;<x>\n<x>!In\nFail;a;b\nGap;1\nDONE\n");
+    Run("GoTo;<x>\n<x>!In\n!In!;missing\nFail;a;b\nGap;1\nDONE\n");
     EXPECT_EQ(TakeAssertions(),
               "Executing steps for group Install & Instruction GoTo & , yes & , True goto label <x> & "
-              "Instruction !In & endBang != std::string::npos & Instruction Fail & "
-              "Step Fail;a;b failed: refused 12/32/99 & Instruction Gap & "
-              "Unknown step command: [Gap] & Instruction DONE");
+              "Instruction !In & endBang != std::string::npos & Instruction !In! & Goto command missing:In & "
+              "Skipping command: file does not exist & Instruction Fail & Step Fail;a;b failed: refused 12/32/99 & "
+              "Instruction Gap & Unknown step command: [Gap] & Instruction DONE");
 }
 
 TEST_F(Interpreter, TheBarCountsTheStepsOfTheOutermostGroup)
