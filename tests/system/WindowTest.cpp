@@ -45,7 +45,7 @@ RunResult RunWith(Package &package, const std::string &tail, const std::string &
 
 // From the first page to the last, a run a line: exit code, how often the group ran, options, steps, and what a person
 // does. Real keys; one press is one click, so that a group never runs twice. A window that is closed in the middle of
-// the work goes, and the steps go on to their end.
+// the work takes the steps with it.
 constexpr char kFlows[] = R"(
 16 0  NULL  press Return; gone
 16 0  NULL  press Escape; gone
@@ -62,7 +62,7 @@ constexpr char kFlows[] = R"(
 2 1 /u/from-ife SetRebootFlag  press Y; sees UnReboot; press L; press Escape; gone
 2 1 /from-ife SetRebootFlag  click 129; gone
 2 1 /agree Break,SetRebootFlag  sees Progress 480x215|0 Wait 5 60 474 40|0  5 80 464 20|!129|!130|!132; press Return Escape; break; sees Reboot|!Wait; press Escape; gone
-2 1 /agree Delay;1500,SetRebootFlag  sees Progress; close; gone
+0 1 /agree Delay;90000,SetRebootFlag  sees Progress; press Alt+F4; gone
 0 1  ShowDialog;5,Break  press Alt+A; sees Progress; break; sees Done; press Space; gone
 )";
 
