@@ -116,6 +116,31 @@ TEST(Window, NoticesEndWithoutTheWork)
     EXPECT_TRUE(person);
 }
 
+// An old driver of a desk tablet is told about at the end, when such a tablet was ever there.
+TEST(Window, APackageForBuiltInTabletsFindsAnOldDriverOfADeskTablet)
+{
+    SKIP_UNLESS_WINE();
+    const std::string usb = "SYSTEM\\CurrentControlSet\\Enum\\USB";
+    const RegistrySnapshot former(HKEY_LOCAL_MACHINE, usb);
+    const Scratch old("C:\\Program Files\\VTouch");
+    MakeFolders(old.Path());
+    EXPECT_TRUE(WriteText(old.Path() + "\\Remove.exe", "without a version"));
+    const char *const kEnds[][2] = {
+        {"NULL", "sees Done; press Return; gone"},
+        {"NULL", "sees PreSplit 480x205|130 OK 152 130 170 30 focus|about PreSplit|!131; press Return; gone"},
+        {"SetRebootFlag",
+         "sees PreSplit 480x205|131 &Now 6 130 170 30 focus|130 Later 298 130 170 30; press Escape; gone"},
+    };
+    RemoveKey(HKEY_LOCAL_MACHINE, usb);
+    for (const auto &[step, end] : kEnds) {
+        Package package;
+        package.Script(
+            WindowScript(step, "PrefType=ISD_Tablet\nISD=1", Words() + "[STATIC_FLAGS]\nNOHARDWARE_OVERRIDE=1\n"));
+        EXPECT_EQ(RunWith(package, "/agree", end).mExitCode, *step == 'S' ? 2u : 0u);
+        CreateKey(HKEY_LOCAL_MACHINE, usb + "\\VID_7A1C&PID_0118");
+    }
+}
+
 TEST(WindowWin32Prefix, AnUnsupportedWindowsIsTold)
 {
     const WindowsVersion old("win2k");
