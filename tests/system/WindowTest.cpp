@@ -3,6 +3,7 @@
 
 #include <commctrl.h>
 
+#include <algorithm>
 #include <functional>
 #include <regex>
 #include <set>
@@ -379,6 +380,23 @@ std::string Word(const std::string &file, const std::string &language, const std
     return word;
 }
 
+// Whether a page has room for a text, "/" for a line end, where Windows shows 144 points an inch.
+bool FitsAt144(const std::string &text, int points, const std::string &face, bool chinese)
+{
+    std::wstring wide(text.size() + 1, L'\0');
+    MultiByteToWideChar(CP_UTF8, 0, text.c_str(), -1, wide.data(), static_cast<int>(wide.size()));
+    std::replace(wide.begin(), wide.end(), L'/', L'\n');
+    const HDC dc = CreateCompatibleDC(nullptr);
+    const HFONT font = CreateFontA(-points * 2, 0, 0, 0, 400, 0, 0, 0, chinese ? GB2312_CHARSET : ANSI_CHARSET, 0, 0, 0,
+                                   0, face.c_str());
+    SelectObject(dc, font);
+    RECT room = {0, 0, (237 - 15) * 2, 0};
+    DrawTextW(dc, wide.c_str(), -1, &room, DT_CALCRECT | DT_WORDBREAK | DT_CENTER);
+    DeleteDC(dc);
+    DeleteObject(font);
+    return room.bottom <= 8 * points;
+}
+
 TEST(Window, TheWalkShowsEveryPageOfTheSamplesInTheirLanguagesAndRunsNoStep)
 {
     SKIP_UNLESS_WINE();
@@ -422,6 +440,9 @@ TEST(Window, TheWalkShowsEveryPageOfTheSamplesInTheirLanguagesAndRunsNoStep)
                 }
                 EXPECT_EQ(sees.find("(missing)"), std::string::npos) << sees;
                 EXPECT_TRUE(Person(sees)) << sample;
+                EXPECT_TRUE(FitsAt144(word(std::string(page.mTitle) + "Text"), std::stoi(word("TextHeight")),
+                                      word("FontFaceName"), chinese))
+                    << sees;
             }
             EXPECT_TRUE(Person("press Return; gone"));
             const RunResult result = run.Wait();
