@@ -138,6 +138,17 @@ std::u16string CCodePage::ToWide(std::string_view bytes, std::vector<uint32_t> *
     return wide;
 }
 
+std::u16string CCodePage::ArgumentToWide(std::string_view text) const
+{
+    std::vector<uint32_t> places;
+    std::u16string wide = ToWide(text, &places);
+    if (!wide.empty() && places[wide.size() - 1] + 1 == text.size() &&
+        mTables->mIsLead[static_cast<uint8_t>(text.back())]) {
+        wide.pop_back();
+    }
+    return wide;
+}
+
 std::string CCodePage::FromWide(std::u16string_view text) const
 {
     std::string bytes;

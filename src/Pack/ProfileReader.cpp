@@ -72,8 +72,8 @@ const ProfileLine *CProfileReader::ValueLine(const std::string &file, const std:
                                              const std::string &key)
 {
     const CProfileFile *const opened = File(file);
-    const ProfileSection *const found = opened == nullptr ? nullptr : opened->Find(mCodePage.ToWide(section));
-    const ProfileLine *const line = found == nullptr ? nullptr : FindKey(*found, mCodePage.ToWide(key));
+    const ProfileSection *const found = opened == nullptr ? nullptr : opened->Find(mCodePage.ArgumentToWide(section));
+    const ProfileLine *const line = found == nullptr ? nullptr : FindKey(*found, mCodePage.ArgumentToWide(key));
     return line != nullptr && line->mHasValue ? line : nullptr;
 }
 
@@ -81,7 +81,7 @@ uint32_t CProfileReader::ReadValue(const std::string &file, const std::string &s
                                    const std::string &defaultValue, char *buffer_O, uint32_t size)
 {
     const ProfileLine *const line = ValueLine(file, section, key);
-    std::u16string value(line != nullptr ? UpToNul(line->mValue) : mCodePage.ToWide(defaultValue));
+    std::u16string value(line != nullptr ? UpToNul(line->mValue) : mCodePage.ArgumentToWide(defaultValue));
     if (line == nullptr) {
         value.erase(value.find_last_not_of(u' ') + 1);
     }
@@ -96,10 +96,23 @@ uint32_t CProfileReader::ReadValue(const std::string &file, const std::string &s
     if (quoted && length <= size && !value.empty()) {
         value.pop_back();
     }
-    std::string bytes = mCodePage.FromWide(value);
-    bytes.resize(std::min(bytes.size(), room));
-    std::memcpy(buffer_O, bytes.c_str(), bytes.size() + 1);
-    return static_cast<uint32_t>(bytes.size());
+    const std::string bytes = mCodePage.FromWide(value);
+    if (bytes.size() <= room) {
+        std::memcpy(buffer_O, bytes.c_str(), bytes.size() + 1);
+        return static_cast<uint32_t>(bytes.size());
+    }
+    // A pair of bytes that does not fit leaves what the buffer held.
+    size_t whole = 0;
+    for (const char16_t &unit : value) {
+        const size_t next = whole + mCodePage.FromWide(std::u16string_view(&unit, 1)).size();
+        if (next > room) {
+            break;
+        }
+        whole = next;
+    }
+    std::memcpy(buffer_O, bytes.data(), whole);
+    buffer_O[room] = '\0';
+    return static_cast<uint32_t>(room);
 }
 
 std::vector<SectionLine> CProfileReader::SectionLines(const std::string &file, const std::string &section, bool *cut_O,
@@ -107,7 +120,7 @@ std::vector<SectionLine> CProfileReader::SectionLines(const std::string &file, c
 {
     std::vector<SectionLine> lines;
     const CProfileFile *const opened = File(file);
-    const ProfileSection *const found = opened == nullptr ? nullptr : opened->Find(mCodePage.ToWide(section));
+    const ProfileSection *const found = opened == nullptr ? nullptr : opened->Find(mCodePage.ArgumentToWide(section));
     if (cut_O != nullptr) {
         *cut_O = false;
     }
