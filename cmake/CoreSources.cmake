@@ -30,6 +30,7 @@ set(TAVIX_CORE_SOURCES
     src/Installer/Preflight.cpp
     src/Installer/PreflightRules.cpp
     src/Pack/CodePage.cpp
+    src/Pack/Deployment.cpp
     src/Pack/ErrorTexts.cpp
     src/Pack/ExitCodes.cpp
     src/Pack/ExitCommand.cpp
