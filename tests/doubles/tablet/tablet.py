@@ -23,7 +23,9 @@ asked = {}
 for name in PORTS:
     master, slave = pty.openpty()
     tty.setraw(slave)
-    (prefix / "dosdevices" / name.lower()).symlink_to(os.ttyname(slave))
+    port = prefix / "dosdevices" / name.lower()
+    port.unlink(missing_ok=True)  # of a former start in the same prefix
+    port.symlink_to(os.ttyname(slave))
     selector.register(master, selectors.EVENT_READ, (name, slave))
 
 
