@@ -386,10 +386,10 @@ TEST(Window, WordsThatAreMissingOrLong)
                           "press Return; gone")
                   .mExitCode,
               0u);
-    // The dialog data file comes before the script, with sizes too.
-    package.Script(WindowScript("NULL", "PrefType=Pen_Tablet\nDialogData=.\\\\dialog.dat"));
+    // The dialog data file has words and sizes that the script lacks.
+    package.Script(WindowScript("NULL", "PrefType=Pen_Tablet\nDialogData=.\\\\dialog.dat", "[en]\nAcceptText=Yes"));
     package.File("dialog.dat", "[en]\r\nDeclineText=No\r\nButtonWidth=100\r\n");
-    RunWith(package, "", "sees License|129 &Accept 268 295 100 30|132 No 368 295 100 30; press Return; gone");
+    RunWith(package, "", "sees 129 Yes 268 295 100 30|132 No 368 295 100 30; press Return; gone");
     // A title's default goes with the first file that cannot be opened; buttons stay.
     package.Script(WindowScript("NULL", "PrefType=Pen_Tablet\nInclude=none.dat", "[en]\nDoneText=done"));
     RunWith(package, "",
