@@ -477,7 +477,7 @@ TEST(Window, TheWalkShowsEveryPageOfTheSamplesInTheirLanguagesAndRunsNoStep)
                     sees += "|" + std::to_string(id) + " " + word(key);
                 }
                 EXPECT_EQ(sees.find("(missing)"), std::string::npos) << sees;
-                EXPECT_TRUE(Person(sees)) << sample;
+                ASSERT_TRUE(Person(sees)) << sample;
                 EXPECT_TRUE(FitsAt144(word(std::string(page.mTitle) + "Text"), std::stoi(word("TextHeight")),
                                       word("FontFaceName"), chinese))
                     << sees;
