@@ -29,6 +29,20 @@ set(TAVIX_CORE_SOURCES
     src/Installer/Outcomes.cpp
     src/Installer/Preflight.cpp
     src/Installer/PreflightRules.cpp
+    src/Pack/CodePage.cpp
+    src/Pack/Deployment.cpp
+    src/Pack/ErrorTexts.cpp
+    src/Pack/ExitCodes.cpp
+    src/Pack/ExitCommand.cpp
+    src/Pack/PackageFolder.cpp
+    src/Pack/ProfileFile.cpp
+    src/Pack/ProfileReader.cpp
+    src/Pack/TraceCommand.cpp
+    src/Pack/TraceJudge.cpp
+    src/Pack/TracePage.cpp
+    src/Pack/TraceReader.cpp
+    src/Pack/TraceRun.cpp
+    src/Pack/TraceText.cpp
     src/Registry/MultiString.cpp
     src/Registry/RegPath.cpp
     src/Script/CRunState.cpp
