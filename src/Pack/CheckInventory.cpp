@@ -188,7 +188,7 @@ public:
             }
             if (takes->mThing == EThing::EContents) {
                 mContext.mFound.Add(ECheckForeignTarget, takes->mAt,
-                                    "nothing of the package brings a file into " + ShownPath(takes->mPlace));
+                                    "nothing of the package brings a file into " + takes->mWords);
             } else if (takes->mPlace.compare(0, 6, "\x01TEMP\x01") != 0) {
                 mContext.mFound.Add(ECheckNeverBrought, takes->mAt, "nothing brings " + takes->Shown());
             }
@@ -234,6 +234,17 @@ private:
         return !path || (!folder.empty() && folder != "TEMP" && !rest.empty());
     }
 
+    // What a person calls a folder on the way to a path: as much of the path as the folder has names.
+    static std::string ShownFolder(const std::string &words, const std::string &folder)
+    {
+        const auto depth = std::count(folder.begin(), folder.end(), '\\');
+        size_t at = words.find('\\');
+        for (auto passed = depth; passed > 0 && at != std::string::npos; --passed) {
+            at = words.find('\\', words.find_first_not_of('\\', at));
+        }
+        return words.substr(0, at);
+    }
+
     // The folders on the way to what is brought.
     void AddFolders()
     {
@@ -256,6 +267,7 @@ private:
                     mMade.push_back(std::make_unique<InventoryItem>(*item));
                     mMade.back()->mThing = EThing::EFolder;
                     mMade.back()->mPlace = place;
+                    mMade.back()->mWords = ShownFolder(item->mWords, place);
                     mBrings.push_back(mMade.back().get());
                 }
             }
@@ -296,8 +308,14 @@ private:
     {
         const auto found = mBringsWithin.find(KeyOf(takes));
         const std::vector<const InventoryItem *> &brings = found != mBringsWithin.end() ? found->second : kNone;
+        // Every driver that is installed gives Windows an INF file to keep.
+        if (takes.mStep->mWord == "DevRemoveOEMINF") {
+            return std::any_of(mBrings.begin(), mBrings.end(),
+                               [](const InventoryItem *item) { return item->mThing == EThing::EDriver; });
+        }
         const bool any = std::any_of(brings.begin(), brings.end(), [&](const InventoryItem *item) {
-            return Meets(takes, *item) || (takes.mThing == EThing::EFile && item->mPlace == takes.mPlace);
+            return Meets(takes, *item) || takes.mThing == EThing::EContents ||
+                   (takes.mThing == EThing::EFile && item->mPlace == takes.mPlace);
         });
         return any || IsInCopiedFolder(takes);
     }

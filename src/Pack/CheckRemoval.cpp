@@ -97,7 +97,7 @@ private:
             if (IsRelative(place) && place.find(kFolderMark) == std::string::npos && there && !IsBrought(place)) {
                 mContext.mFound.Add(ECheckMissingForRemoval, step.PlaceOfField(at),
                                     "a removal runs in " + ShownPath(mFolder.substr(0, mFolder.size() - 1)) +
-                                        ", where Install puts no " + place);
+                                        ", where Install puts no " + PlainPackagePath(ShownPath(text)).value_or(place));
             }
         };
         if (step.mCommand == nullptr && !step.mFields.empty()) {

@@ -20,7 +20,7 @@ ScriptPlace PlaceOf(const ProfileSection &section, uint32_t file)
 void CheckStrayLines(CheckContext &context, uint32_t file)
 {
     for (const ProfileLine &line : context.mModel.File(file).Sections().front().mLines) {
-        if (!line.IsComment()) {
+        if (!line.IsComment() && line.mKey.substr(0, 1) != u"#") {
             context.mFound.Add(ECheckStrayLine, CPackageModel::PlaceOfKey(&line, file),
                                "nothing reads a line in front of the first section");
             return;
