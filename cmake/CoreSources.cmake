@@ -52,7 +52,9 @@ set(TAVIX_CORE_SOURCES
     src/Pack/CheckSteps.cpp
     src/Pack/Checks.cpp
     src/Pack/CodePage.cpp
+    src/Pack/Deployment.cpp
     src/Pack/Diagnostics.cpp
+    src/Pack/ErrorTexts.cpp
     src/Pack/ExitCodes.cpp
     src/Pack/ExitCommand.cpp
     src/Pack/GroupFlow.cpp
@@ -68,6 +70,12 @@ set(TAVIX_CORE_SOURCES
     src/Pack/ProfileReader.cpp
     src/Pack/RegistryPlace.cpp
     src/Pack/ScriptLine.cpp
+    src/Pack/TraceCommand.cpp
+    src/Pack/TraceJudge.cpp
+    src/Pack/TracePage.cpp
+    src/Pack/TraceReader.cpp
+    src/Pack/TraceRun.cpp
+    src/Pack/TraceText.cpp
     src/Registry/MultiString.cpp
     src/Registry/RegPath.cpp
     src/Script/CRunState.cpp
