@@ -69,7 +69,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     std::ostringstream text;
     WriteCheckText({{"package", check}}, true, text);
     // Twice the work, so not for each input.
-    if (size % 16 == 0) {
+    if (size % 256 == 0) {
         const CPackageCheck again(package, Tree(), {"Repair"});
         Require(again.Found().size() == check.Found().size());
         WriteCheckSarif({{"package", again}}, text);
