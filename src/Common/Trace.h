@@ -3,6 +3,7 @@
 // line, so every format ends in "\n". Text that comes from outside is an argument, never a format.
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 #if defined(__MINGW32__)
@@ -40,6 +41,13 @@ void reportAssertion(const char *expression, const char *file, int line);
             reportAssertion(#expression, __FILE__, __LINE__);                                                          \
         }                                                                                                              \
     } while (false)
+
+// A pointer or handle for the format "%08X": what "%p" shows where the platform formats, eight digits with capitals.
+// The compiler's own has small letters.
+inline unsigned PointerDigits(const void *pointer)
+{
+    return static_cast<unsigned>(reinterpret_cast<uintptr_t>(pointer));
+}
 
 // "Yes" or "No", the two words of every result line.
 inline const char *YesNo(bool value)

@@ -37,8 +37,13 @@ void CheckTasksFile(const CplData &cpl, CTestTexts &texts)
         categories += category.mVisible;
         Require(!category.mEntries.empty());
     }
-    Require(XmlUtils::CountNodes(XmlUtils::FindNodes(read.get(), "/*/*/*[@id][local-name()='task']")) == tasks);
-    Require(XmlUtils::CountNodes(XmlUtils::FindNodes(read.get(), "/*/*/*[local-name()='category']")) == categories);
+    xmlNodePtr element = XmlUtils::FirstElementChild(XmlUtils::FirstElementChild(xmlDocGetRootElement(read.get())));
+    for (; element != nullptr; element = XmlUtils::NextElementSibling(element)) {
+        const std::string name = XmlUtils::GetNodeName(element);
+        tasks -= name == "task" && xmlHasProp(element, reinterpret_cast<const xmlChar *>("id")) != nullptr;
+        categories -= name == "category";
+    }
+    Require(tasks == 0 && categories == 0);
 }
 
 } // namespace

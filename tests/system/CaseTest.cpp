@@ -5,6 +5,7 @@
 #include "CaseMachine.h"
 #include "CasePage.h"
 #include "Fixture.h"
+#include "TestService.h"
 #include "WithoutRights.h"
 
 namespace {
@@ -177,6 +178,7 @@ TEST_P(Cases, Hold)
     if (!test.mFaults.empty()) {
         return;
     }
+    ASSERT_TRUE(WaitForServiceManager());
     const std::string version = Comment(test.mScript, "windows");
     if (!version.empty() || !Comment(test.mScript, "language").empty() || !Comment(test.mScript, "devices").empty()) {
         SKIP_UNLESS_WINE();

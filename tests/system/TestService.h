@@ -8,6 +8,19 @@
 #include <memory>
 #include <string>
 
+// Whether the service manager answers, after ten seconds at most: under load Wine's is late, or starts once more.
+inline bool WaitForServiceManager()
+{
+    for (int i = 0; i < 100; ++i) {
+        if (const SC_HANDLE manager = OpenSCManagerA(nullptr, nullptr, SC_MANAGER_CONNECT)) {
+            CloseServiceHandle(manager);
+            return true;
+        }
+        Sleep(100);
+    }
+    return false;
+}
+
 // A service, held open, made when a program is given; null when it could not be made or is not there.
 inline std::shared_ptr<void> OpenTestService(const std::string &name, const std::string &program = "")
 {

@@ -105,7 +105,7 @@ TEST_F(Interpreter, GroupsLabelsAndEnds)
         {"GoTo;<x>\n<x>Log;no\n<x>Log;last\n", "last|", 0},
         {"GoTo;<none>\nLog;no\n", "", 0},
         {"GoTo;x\nLog;no\n<x>Log;no\n", "", 0},
-        {"GoTo;<DONE>\nLog;no\n", "", 0},
+        {"GoTo;<DONE>\n<DONE>Log;no\n", "", 0},
         {"GoTo;\nLog;on\n", "on|", 0},
         {"GoTo;!In!\nLog;behind\n", "in|behind|", 0},
         {"!In!\n!In!;other\n!In!;missing\nLog;main\n", "in|other|main|", 0},
