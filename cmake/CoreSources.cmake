@@ -59,6 +59,7 @@ set(TAVIX_CORE_SOURCES
     src/Pack/ExitCommand.cpp
     src/Pack/GroupFlow.cpp
     src/Pack/Inventory.cpp
+    src/Pack/InventoryMatch.cpp
     src/Pack/NumberText.cpp
     src/Pack/PackMacros.cpp
     src/Pack/PackageCheck.cpp

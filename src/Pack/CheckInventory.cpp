@@ -6,7 +6,7 @@
 #include <unordered_map>
 
 #include "Common/StringUtilities.h"
-#include "Pack/Inventory.h"
+#include "Pack/InventoryMatch.h"
 #include "Pack/PackMacros.h"
 
 namespace {
@@ -21,29 +21,12 @@ const char *NameOf(EView view)
     return view == EView64 ? "64-bit" : "32-bit";
 }
 
-bool EndsIn(const std::string &text, const std::string &end)
-{
-    return text.size() >= end.size() && text.compare(text.size() - end.size(), end.size(), end) == 0;
-}
-
-// What DeleteDirContents leaves in a removal.
-bool IsSpared(const std::string &place)
-{
-    return EndsIn(place, ".DAT") || EndsIn(place, "\\REMOVE.EXE");
-}
-
 // Folders of the machine in which a package makes folders of its own; others have all that is written to.
 bool HoldsPackages(const std::string &folder)
 {
     static const std::set<std::string> folders = {"PROGFILES",       "PROGRAM FILES",  "APP DATA",
                                                   "COMMON PROGRAMS", "COMMON DESKTOP", "PROFILES"};
     return folders.count(folder) != 0;
-}
-
-// The last name of a path.
-std::string LastName(const std::string &place)
-{
-    return place.substr(place.rfind('\\') + 1);
 }
 
 ECheck CheckOf(EThing thing)
@@ -64,56 +47,6 @@ ECheck CheckOf(EThing thing)
         return ECheckLeftDriver;
     default:
         return ECheckLeftValue;
-    }
-}
-
-bool IsFile(EThing thing)
-{
-    return thing == EThing::EFile || thing == EThing::ELink;
-}
-
-// Whether one item takes or tests what the other brings, the views left aside.
-bool Meets(const InventoryItem &takes, const InventoryItem &brings)
-{
-    const bool same = takes.mPlace == brings.mPlace;
-    switch (takes.mThing) {
-    case EThing::EFile:
-        return same && (IsFile(brings.mThing) || brings.mThing == EThing::EFolder);
-    case EThing::EFolder:
-        return same && brings.mThing == EThing::EFolder;
-    case EThing::EContents:
-        if (brings.mThing == EThing::ELinkOfFile) {
-            return IsWithin(brings.mPlace, takes.mPlace);
-        }
-        return (IsFile(brings.mThing) || brings.mThing == EThing::EFolder) && !same &&
-               IsWithin(brings.mPlace, takes.mPlace) && !IsSpared(brings.mPlace);
-    case EThing::EValue:
-        return same && brings.mThing == EThing::EValue && takes.mName == brings.mName;
-    case EThing::EKeyTree:
-        return brings.mThing == EThing::EValue && IsWithin(brings.mPlace, takes.mPlace);
-    case EThing::EShellEntry:
-        return brings.mThing == EThing::EShellEntry && LastName(takes.mPlace) == LastName(brings.mPlace);
-    case EThing::ELinkOfFile:
-        return same && brings.mThing == EThing::ELinkOfFile && takes.mName == brings.mName;
-    default:
-        return same && brings.mThing == takes.mThing;
-    }
-}
-
-bool SameView(const InventoryItem &left, const InventoryItem &right)
-{
-    return left.mView == EViewNone || right.mView == EViewNone || left.mView == right.mView ||
-           ((left.mRuns & kRuns64) == 0 || (right.mRuns & kRuns64) == 0);
-}
-
-// A place and all that it lies in, as an index has them.
-void ForEachAncestor(const std::string &place, const std::function<void(const std::string &)> &visit)
-{
-    for (size_t at = place.size(); at != std::string::npos && at != 0; at = place.rfind('\\', at - 1)) {
-        visit(place.substr(0, at));
-    }
-    if (const size_t mark = place.rfind(kFolderMark); mark != std::string::npos && mark + 1 < place.size()) {
-        visit(place.substr(0, mark + 1));
     }
 }
 
@@ -218,11 +151,6 @@ private:
     static bool IsWrittenPath(const InventoryItem &item)
     {
         return item.mThing == EThing::EFile || item.mThing == EThing::EFolder;
-    }
-
-    static std::string KeyOf(const InventoryItem &item)
-    {
-        return item.mThing == EThing::EShellEntry ? LastName(item.mPlace) : item.mPlace;
     }
 
     // What a package has to take away again.

@@ -84,7 +84,8 @@ void CheckShadowedGroups(CheckContext &context, uint32_t file)
     }
     for (const ProfileSection &section : script.mFile->Sections()) {
         const std::string name = NameOf(section);
-        if (section.mPlace.mLine == 0 || name.empty() || context.mModel.IsDataSection(name) || context.mModel.IsLanguageSection(name)) {
+        if (section.mPlace.mLine == 0 || name.empty() || context.mModel.IsDataSection(name) ||
+            context.mModel.IsLanguageSection(name)) {
             continue;
         }
         const ScriptGroup &read = context.mModel.Group("", name);

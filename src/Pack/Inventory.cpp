@@ -55,7 +55,7 @@ std::string InventoryItem::Shown() const
     case EThing::EKeyTree:
         return "the key " + mWords;
     case EThing::ELinkOfFile:
-        return "the link " + mName + " in " + mWords;
+        return "the link " + mWords;
     case EThing::EShellEntry:
         return "what " + mWords + " registers";
     case EThing::EService:
@@ -128,14 +128,14 @@ void CInventory::TakeFiles(const CheckedStep &checked)
     case EMakesLink:
         if (step.mWord == "CreateLinkFromFile") {
             Add(checked, EThing::ELinkOfFile, EDeed::EBrings, PlaceOf(checked, 2), UpperAscii(step.Field(1)),
-                step.Field(2), 1, false);
+                step.Field(1) + " in " + step.Field(2), 1, false);
         } else {
             file(EThing::ELink, EDeed::EBrings, 1);
         }
         break;
     case EDeletesLink:
-        Add(checked, EThing::ELinkOfFile, EDeed::ETakes, PlaceOf(checked, 0), UpperAscii(step.Field(2)), step.Field(0),
-            2, false);
+        Add(checked, EThing::ELinkOfFile, EDeed::ETakes, PlaceOf(checked, 0), UpperAscii(step.Field(2)),
+            step.Field(2) + " in " + step.Field(0), 2, false);
         break;
     case ERegisters:
         file(EThing::EShellEntry, EDeed::EBrings, 0);

@@ -7,6 +7,9 @@
 
 #include <gtest/gtest.h>
 
+#include <nlohmann/json.hpp>
+
+#include "Pack/CheckReport.h"
 #include "Pack/CodePage.h"
 #include "Pack/PackageCheck.h"
 #include "TraceRecorder.h"
@@ -100,6 +103,8 @@ public:
         return file != mFiles.end() ? std::optional<std::string>(file->second) : std::nullopt;
     }
 
+    const CPackageTree &Tree() const { return mTree; }
+
     // What the check says, a line each.
     std::string Check()
     {
@@ -182,13 +187,13 @@ struct Entry {
 
 std::vector<Entry> Entries()
 {
-    std::vector<Entry> entries;
+    std::vector<Entry> entries(1); // the head of the page
     std::string *block = nullptr;
     for (const std::string &line : LinesOf(kPage)) {
         if (line.compare(0, 5, "### `") == 0) {
             entries.push_back({line.substr(5, line.rfind('`') - 5), "", "", ""});
         } else if (line.compare(0, 3, "```") == 0) {
-            const bool known = block == nullptr && !entries.empty();
+            const bool known = block == nullptr;
             Entry *const entry = known ? &entries.back() : nullptr;
             block = !known              ? nullptr
                     : line == "```bad"  ? &entry->mBad
@@ -206,7 +211,10 @@ std::vector<Entry> Entries()
 TEST(PackCheck, EachEntryOfTheManualShowsWhatItsCheckFinds)
 {
     std::set<std::string> named;
-    for (const Entry &entry : Entries()) {
+    const std::vector<Entry> entries = Entries();
+    EXPECT_EQ(CPagePackage(entries.front().mGood).Check(), "");
+    for (auto at = entries.begin() + 1; at != entries.end(); ++at) {
+        const Entry &entry = *at;
         SCOPED_TRACE(entry.mName);
         EXPECT_TRUE(named.insert(entry.mName).second);
         EXPECT_NE(FindCheck(entry.mName), ECheckCount);
@@ -222,4 +230,32 @@ TEST(PackCheck, EachEntryOfTheManualShowsWhatItsCheckFinds)
         EXPECT_EQ(named.count(InfoOf(static_cast<ECheck>(check)).mName), 1U)
             << InfoOf(static_cast<ECheck>(check)).mName;
     }
+}
+
+TEST(PackCheck, ReportsMarkThePlaceForPeopleAndForPrograms)
+{
+    CPagePackage package("[Install]\nLog;one\n\tGoTo;<end\n");
+    const CPackageCheck check(package, package.Tree());
+    std::ostringstream text, json, sarif;
+    WriteCheckText({{"a folder", check}}, false, text);
+    EXPECT_EQ(text.str(),
+              "a folder/installer.dat:3:7: error: \"<end\" is neither a <label> nor a !GROUP!, and ends the "
+              "group [bad-target]\n"
+              "     GoTo;<end\n"
+              "          ^~~~\n"
+              "1 package, 3 steps: 1 error, 0 warnings\n");
+    WriteCheckJson({{"a folder", check}}, json);
+    WriteCheckSarif({{"a folder", check}}, sarif);
+    const auto finding = nlohmann::json::parse(json.str())["packages"][0]["findings"][0];
+    EXPECT_EQ(finding["check"], "bad-target");
+    EXPECT_EQ(finding["line"], 3);
+    const auto log = nlohmann::json::parse(sarif.str());
+    EXPECT_EQ(log["version"], "2.1.0");
+    const auto &run = log["runs"][0], &result = run["results"][0];
+    EXPECT_EQ(run["tool"]["driver"]["rules"][result["ruleIndex"].get<size_t>()]["id"], result["ruleId"]);
+    EXPECT_EQ(result["level"], finding["severity"]);
+    const auto &place = result["locations"][0]["physicalLocation"];
+    EXPECT_EQ(place["artifactLocation"]["uri"], "a%20folder/installer.dat");
+    EXPECT_EQ(place["region"]["startColumn"], finding["column"]);
+    TakeTraceRecords();
 }
