@@ -48,13 +48,13 @@ void CheckText(CheckContext &context, std::string_view raw, bool path,
         }
         const char letter = raw[at + 1];
         const char *const meaning = MeaningOf(letter);
-        const std::string escape = std::string("\\") + letter;
+        const std::string escape = {'\\', letter};
+        const std::string doubled = "write \\" + escape;
         if (meaning == nullptr && !IsPlainEscape(letter)) {
             context.mFound.Add(ECheckLostBackslash, place(at, 2),
-                               "the back-slash of " + escape + " is dropped; write \\" + escape);
+                               "the back-slash of " + escape + " is dropped; " + doubled);
         } else if (meaning != nullptr && path) {
-            context.mFound.Add(ECheckEscapeInPath, place(at, 2),
-                               escape + " is " + meaning + " here; write \\" + escape);
+            context.mFound.Add(ECheckEscapeInPath, place(at, 2), escape + " is " + meaning + " here; " + doubled);
         }
     }
 }
