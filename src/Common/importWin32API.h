@@ -204,8 +204,6 @@ public:
     TVX_ENTRY(LoadIconA);
     TVX_ENTRY(MessageBoxA);
     TVX_ENTRY(MoveWindow);
-    TVX_ENTRY(MsgWaitForMultipleObjects, WAIT_FAILED);
-    TVX_ENTRY(PeekMessageA);
     TVX_ENTRY(PostMessageA);
     TVX_ENTRY(PostQuitMessage);
     TVX_ENTRY(RegisterClassExA);

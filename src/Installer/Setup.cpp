@@ -159,15 +159,16 @@ void CWinInstallMain::OpenTraceFile()
                 now.wYear, now.wHour, now.wMinute);
 }
 
-CWinInstallMain::~CWinInstallMain()
+void CWinInstallMain::TearDown()
 {
-    SetProgress(nullptr);
     mHandles->mProgress.Close();
     mHandles->mWindow.Close();
     mHandles->mRunningMutex.Reset();
-    while (PopRegLocation() == TVXSTATUS_SUCCESS) {
+    if (!mHandles->mWindow.IsAtWork()) { // a step may be in the middle of these lists
+        while (PopRegLocation() == TVXSTATUS_SUCCESS) {
+        }
+        Script().ReleaseSearchList();
     }
-    Script().ReleaseSearchList();
     gWinInstallMain = nullptr;
     PlaceTraceFile();
 }

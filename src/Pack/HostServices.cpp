@@ -121,7 +121,12 @@ bool PrepareConsole(const std::string &colour)
 {
     const bool terminal = IsTerminal();
 #ifdef _WIN32
-    SetConsoleOutputCP(CP_UTF8);
+    static UINT former = 0;
+    if (_isatty(_fileno(stdout)) != 0) {
+        former = GetConsoleOutputCP();
+        SetConsoleOutputCP(CP_UTF8);
+        std::atexit([] { SetConsoleOutputCP(former); }); // the console goes on living
+    }
 #endif
     return colour == "always" || (colour == "auto" && terminal && std::getenv("NO_COLOR") == nullptr);
 }

@@ -3,6 +3,7 @@
 
 #include <commctrl.h>
 
+#include <algorithm>
 #include <functional>
 #include <regex>
 #include <set>
@@ -45,7 +46,7 @@ RunResult RunWith(Package &package, const std::string &tail, const std::string &
 
 // From the first page to the last, a run a line: exit code, how often the group ran, options, steps, and what a person
 // does. Real keys; one press is one click, so that a group never runs twice. A window that is closed in the middle of
-// the work goes, and the steps go on to their end.
+// the work takes the steps with it.
 constexpr char kFlows[] = R"(
 16 0  NULL  press Return; gone
 16 0  NULL  press Escape; gone
@@ -62,7 +63,7 @@ constexpr char kFlows[] = R"(
 2 1 /u/from-ife SetRebootFlag  press Y; sees UnReboot; press L; press Escape; gone
 2 1 /from-ife SetRebootFlag  click 129; gone
 2 1 /agree Break,SetRebootFlag  sees Progress 480x215|0 Wait 5 60 474 40|0  5 80 464 20|!129|!130|!132; press Return Escape; break; sees Reboot|!Wait; press Escape; gone
-2 1 /agree Delay;1500,SetRebootFlag  sees Progress; close; gone
+0 1 /agree Delay;90000,SetRebootFlag  sees Progress; press Alt+F4; gone
 0 1  ShowDialog;5,Break  press Alt+A; sees Progress; break; sees Done; press Space; gone
 )";
 
@@ -114,6 +115,31 @@ TEST(Window, NoticesEndWithoutTheWork)
     EXPECT_EQ(RunWithoutRights(package, "", false).mParent.mExitCode, 0u);
     thread.join();
     EXPECT_TRUE(person);
+}
+
+// An old driver of a desk tablet is told about at the end, when such a tablet was ever there.
+TEST(Window, APackageForBuiltInTabletsFindsAnOldDriverOfADeskTablet)
+{
+    SKIP_UNLESS_WINE();
+    const std::string usb = "SYSTEM\\CurrentControlSet\\Enum\\USB";
+    const RegistrySnapshot former(HKEY_LOCAL_MACHINE, usb);
+    const Scratch old("C:\\Program Files\\VTouch");
+    MakeFolders(old.Path());
+    EXPECT_TRUE(WriteText(old.Path() + "\\Remove.exe", "without a version"));
+    const char *const kEnds[][2] = {
+        {"NULL", "sees Done; press Return; gone"},
+        {"NULL", "sees PreSplit 480x205|130 OK 152 130 170 30 focus|about PreSplit|!131; press Return; gone"},
+        {"SetRebootFlag",
+         "sees PreSplit 480x205|131 &Now 6 130 170 30 focus|130 Later 298 130 170 30; press Escape; gone"},
+    };
+    RemoveKey(HKEY_LOCAL_MACHINE, usb);
+    for (const auto &[step, end] : kEnds) {
+        Package package;
+        package.Script(
+            WindowScript(step, "PrefType=ISD_Tablet\nISD=1", Words() + "[STATIC_FLAGS]\nNOHARDWARE_OVERRIDE=1\n"));
+        EXPECT_EQ(RunWith(package, "/agree", end).mExitCode, *step == 'S' ? 2u : 0u);
+        CreateKey(HKEY_LOCAL_MACHINE, usb + "\\VID_7A1C&PID_0118");
+    }
 }
 
 TEST(WindowWin32Prefix, AnUnsupportedWindowsIsTold)
@@ -354,6 +380,23 @@ std::string Word(const std::string &file, const std::string &language, const std
     return word;
 }
 
+// Whether a page has room for a text, "/" for a line end, where Windows shows 144 points an inch.
+bool FitsAt144(const std::string &text, int points, const std::string &face, bool chinese)
+{
+    std::wstring wide(text.size() + 1, L'\0');
+    MultiByteToWideChar(CP_UTF8, 0, text.c_str(), -1, wide.data(), static_cast<int>(wide.size()));
+    std::replace(wide.begin(), wide.end(), L'/', L'\n');
+    const HDC dc = CreateCompatibleDC(nullptr);
+    const HFONT font = CreateFontA(-points * 2, 0, 0, 0, 400, 0, 0, 0, chinese ? GB2312_CHARSET : ANSI_CHARSET, 0, 0, 0,
+                                   0, face.c_str());
+    SelectObject(dc, font);
+    RECT room = {0, 0, (237 - 15) * 2, 0};
+    DrawTextW(dc, wide.c_str(), -1, &room, DT_CALCRECT | DT_WORDBREAK | DT_CENTER);
+    DeleteDC(dc);
+    DeleteObject(font);
+    return room.bottom <= 8 * points;
+}
+
 TEST(Window, TheWalkShowsEveryPageOfTheSamplesInTheirLanguagesAndRunsNoStep)
 {
     SKIP_UNLESS_WINE();
@@ -397,6 +440,9 @@ TEST(Window, TheWalkShowsEveryPageOfTheSamplesInTheirLanguagesAndRunsNoStep)
                 }
                 EXPECT_EQ(sees.find("(missing)"), std::string::npos) << sees;
                 EXPECT_TRUE(Person(sees)) << sample;
+                EXPECT_TRUE(FitsAt144(word(std::string(page.mTitle) + "Text"), std::stoi(word("TextHeight")),
+                                      word("FontFaceName"), chinese))
+                    << sees;
             }
             EXPECT_TRUE(Person("press Return; gone"));
             const RunResult result = run.Wait();

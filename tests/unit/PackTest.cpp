@@ -102,18 +102,18 @@ TEST(PackTrace, ReportsTheRunsOfAFileAndHidesWhatATerminalWouldObey)
   Windows: Windows 7
   group: Install, silent
   group Install
-  23:59:59.910      1.50 s ! CopyFile  Source .\x1B[2Jä, Destination <script>: New, Copied No 5
+  23:59:59.910      1.50 s ! CopyFile  Source .\\x1B[2Jä, Destination <script>: New, Copied No 5
   00:00:01.410       10 ms   RegValueString  Key: a, Name: b, Value: c d, Perms: , status: 0x0
 
 Failed: 1 step
-  line 8: CopyFile  Source .\x1B[2Jä, Destination <script>
+  line 8: CopyFile  Source .\\x1B[2Jä, Destination <script>
       , New, Copied No 5 -- the record does not tell why; the last error before the step was 5 (access is denied)
 
 Worth a look: 1 record
   line 9: Created No 5 -- the record does not tell why; the last error before the step was 5 (access is denied)
 
 Slowest steps
-  23:59:59.910      1.50 s ! CopyFile  Source .\x1B[2Jä, Destination <script>: New, Copied No 5
+  23:59:59.910      1.50 s ! CopyFile  Source .\\x1B[2Jä, Destination <script>: New, Copied No 5
   00:00:01.410       10 ms   RegValueString  Key: a, Name: b, Value: c d, Perms: , status: 0x0
 
 End
