@@ -4,6 +4,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include "Pack/CheckCommand.h"
 #include "Pack/Console.h"
 #include "Pack/ExitCommand.h"
 #include "Pack/HostServices.h"
@@ -24,6 +25,7 @@ int RunTool(int argc, char **argv)
         ->capture_default_str();
     CPackCommands commands;
     // One line a sub-command, in the order in which an engineer comes to need them.
+    AddCheckCommand(app, commands);
     AddTraceCommand(app, commands);
     AddExitCommand(app, commands);
     try {
