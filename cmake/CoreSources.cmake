@@ -29,6 +29,12 @@ set(TAVIX_CORE_SOURCES
     src/Installer/Outcomes.cpp
     src/Installer/Preflight.cpp
     src/Installer/PreflightRules.cpp
+    src/Pack/CodePage.cpp
+    src/Pack/ExitCodes.cpp
+    src/Pack/ExitCommand.cpp
+    src/Pack/PackageFolder.cpp
+    src/Pack/ProfileFile.cpp
+    src/Pack/ProfileReader.cpp
     src/Registry/MultiString.cpp
     src/Registry/RegPath.cpp
     src/Script/CRunState.cpp

@@ -11,6 +11,7 @@ set(lto -flto -ffat-lto-objects)
 # The outer ring: everything that is neither portable nor the entry point.
 file(GLOB_RECURSE platform_sources CONFIGURE_DEPENDS RELATIVE ${CMAKE_SOURCE_DIR} src/*.cpp)
 list(REMOVE_ITEM platform_sources ${TAVIX_CORE_SOURCES} src/Installer/WinMain.cpp)
+list(FILTER platform_sources EXCLUDE REGEX ^src/Pack/)
 add_library(tavix_platform OBJECT ${platform_sources} src/Resources/Setup.rc)
 target_link_libraries(tavix_platform PUBLIC tavix_core)
 target_compile_options(tavix_core PRIVATE $<$<COMPILE_LANGUAGE:CXX>:${lto}>)
@@ -38,6 +39,11 @@ add_custom_command(OUTPUT ${bin}/TavixSetup.exe ${bin}/Remove.exe ${bin}/TavixSe
     DEPENDS TavixSetup VERBATIM)
 add_custom_target(product ALL DEPENDS ${bin}/TavixSetup.exe)
 
+# The package tool, a console program.
+target_link_options(tavixpack PRIVATE -s -fno-lto)
+set_target_properties(tavixpack PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${bin})
+add_custom_target(tool ALL DEPENDS tavixpack)
+
 # A program of the tests; it starts in a console. Nothing is made where there are no tests.
 function(tavix_test_program name)
     if(ARGN)
@@ -50,7 +56,7 @@ endfunction()
 # The portable tests once more, on the target.
 tavix_test_program(unit_tests ${unit_sources})
 if(TARGET unit_tests)
-    target_link_libraries(unit_tests PRIVATE tavix_core tavix_unit_support)
+    target_link_libraries(unit_tests PRIVATE tavix_pack tavix_core tavix_unit_support)
 endif()
 
 # The product as a whole; this program knows only the executable.
@@ -66,7 +72,7 @@ endif()
 file(GLOB platform_test_sources CONFIGURE_DEPENDS tests/platform/*.cpp)
 tavix_test_program(platform_tests ${platform_test_sources})
 if(TARGET platform_tests)
-    target_link_libraries(platform_tests PRIVATE tavix_system_support tavix_platform tavix_core)
+    target_link_libraries(platform_tests PRIVATE tavix_system_support tavix_platform tavix_pack tavix_core)
 endif()
 
 add_custom_target(doubles ALL)
