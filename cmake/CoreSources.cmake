@@ -1,6 +1,7 @@
 # The portable sources. They include no Windows header, directly or through others; all other files of src/ call
 # Windows and are found by themselves. One file a line, in alphabetical order.
 set(TAVIX_CORE_SOURCES
+    src/Commands/CommandFields.cpp
     src/Common/CSystemState.cpp
     src/Common/DriverDate.cpp
     src/Common/DriverNames.cpp
