@@ -2,6 +2,8 @@
 # Windows and are found by themselves. One file a line, in alphabetical order.
 set(TAVIX_CORE_SOURCES
     src/Commands/CommandFields.cpp
+    src/Commands/ConditionCommands.cpp
+    src/Commands/FlowCommands.cpp
     src/Common/CSystemState.cpp
     src/Common/DriverDate.cpp
     src/Common/DriverNames.cpp
