@@ -138,6 +138,17 @@ std::u16string CCodePage::ToWide(std::string_view bytes, std::vector<uint32_t> *
     return wide;
 }
 
+std::u16string CCodePage::ArgumentToWide(std::string_view text) const
+{
+    std::vector<uint32_t> places;
+    std::u16string wide = ToWide(text, &places);
+    if (!wide.empty() && places[wide.size() - 1] + 1 == text.size() &&
+        mTables->mIsLead[static_cast<uint8_t>(text.back())]) {
+        wide.pop_back();
+    }
+    return wide;
+}
+
 std::string CCodePage::FromWide(std::u16string_view text) const
 {
     std::string bytes;
@@ -162,43 +173,54 @@ std::string CCodePage::FromUtf8(std::string_view text) const
     return FromWide(WideOfUtf8(text));
 }
 
+namespace {
+
+// Takes the letter that begins at a place of a text in UTF-8 and moves the place behind it.
+uint32_t TakeUtf8(std::string_view text, size_t &at_I)
+{
+    constexpr uint32_t kMalformed = 0xFFFD;
+    const auto lead = static_cast<uint8_t>(text[at_I++]);
+    if (lead < 0x80) {
+        return lead;
+    }
+    const size_t more = lead < 0xC2 ? 0 : lead < 0xE0 ? 1 : lead < 0xF0 ? 2 : lead < 0xF5 ? 3 : 0;
+    if (more == 0) {
+        return kMalformed;
+    }
+    if (text.size() - at_I < more) {
+        at_I = text.size();
+        return kMalformed;
+    }
+    uint32_t letter = lead & (0x3FU >> more);
+    for (size_t taken = 1; taken <= more; ++taken) {
+        const auto byte = static_cast<uint8_t>(text[at_I]);
+        letter = letter << 6 | (byte & 0x3FU);
+        if ((byte & 0xC0) != 0x80 || (more == 3 && taken == 2 && letter >= 0x110000 >> 6)) {
+            return kMalformed;
+        }
+        ++at_I;
+        // What is longer than needed, and halves of pairs.
+        if ((more == 3 && taken == 1 && letter < 0x10) ||
+            (more == 2 && taken == 1 && (letter < 0x20 || (letter >= 0xD800 >> 6 && letter <= 0xDFFF >> 6)))) {
+            return kMalformed;
+        }
+    }
+    return letter;
+}
+
+} // namespace
+
 std::u16string WideOfUtf8(std::string_view text, std::vector<uint32_t> *places_O)
 {
     std::u16string wide;
     wide.reserve(text.size());
     std::vector<uint32_t> places;
     for (size_t at = 0; at < text.size();) {
-        const auto lead = static_cast<uint8_t>(text[at]);
-        const size_t start = at++;
-        uint32_t letter = lead;
-        if (lead >= 0x80) {
-            // The second byte's range keeps out what is longer than needed, halves of pairs and what no letter has.
-            const int more = lead >= 0xC2 && lead < 0xE0   ? 1
-                             : lead >= 0xE0 && lead < 0xF0 ? 2
-                             : lead >= 0xF0 && lead < 0xF5 ? 3
-                                                           : 0;
-            uint8_t low = lead == 0xE0   ? 0xA0
-                          : lead == 0xF0 ? 0x90
-                                         : 0x80,
-                    high = lead == 0xED   ? 0x9F
-                           : lead == 0xF4 ? 0x8F
-                                          : 0xBF;
-            letter = more == 1 ? lead & 0x1FU : more == 2 ? lead & 0x0FU : lead & 0x07U;
-            int taken = 0;
-            while (taken < more && at < text.size() && static_cast<uint8_t>(text[at]) >= low &&
-                   static_cast<uint8_t>(text[at]) <= high) {
-                letter = letter << 6 | (static_cast<uint8_t>(text[at++]) & 0x3FU);
-                low = 0x80;
-                high = 0xBF;
-                ++taken;
-            }
-            if (more == 0 || taken < more) {
-                letter = 0xFFFD;
-            }
-        }
-        places.push_back(static_cast<uint32_t>(start));
+        const auto start = static_cast<uint32_t>(at);
+        const uint32_t letter = TakeUtf8(text, at);
+        places.push_back(start);
         if (letter > 0xFFFF) {
-            places.push_back(static_cast<uint32_t>(start));
+            places.push_back(start);
             wide.push_back(static_cast<char16_t>(0xD800 + ((letter - 0x10000) >> 10)));
             wide.push_back(static_cast<char16_t>(0xDC00 + (letter & 0x3FF)));
         } else {

@@ -21,6 +21,9 @@ public:
     // answer and the size behind the last, when it is asked for.
     std::u16string ToWide(std::string_view bytes, std::vector<uint32_t> *places_O = nullptr) const;
 
+    // An argument of one of the platform's functions as wide text: half a pair at its end is dropped.
+    std::u16string ArgumentToWide(std::string_view text) const;
+
     // Wide text in the code page. Answers the same for half a pair as for a letter that is not to be had.
     std::string FromWide(std::u16string_view text) const;
 

@@ -13,6 +13,7 @@ bool IsBlank(char16_t unit)
     return (unit >= 0x09 && unit <= 0x0D) || unit == 0x1A || unit == 0x20;
 }
 
+// Half a unit at the end is dropped; what the platform makes of it depends on what lies in its memory.
 std::u16string WideOfUtf16(std::string_view bytes, bool swapped, std::vector<uint32_t> &places_O)
 {
     std::u16string wide;
@@ -22,7 +23,7 @@ std::u16string WideOfUtf16(std::string_view bytes, bool swapped, std::vector<uin
         wide.push_back(static_cast<char16_t>(swapped ? first << 8 | second : second << 8 | first));
         places_O.push_back(static_cast<uint32_t>(at));
     }
-    places_O.push_back(static_cast<uint32_t>(wide.size() * 2));
+    places_O.push_back(static_cast<uint32_t>(bytes.size()));
     return wide;
 }
 
@@ -65,12 +66,11 @@ void CProfileFile::Cut(const std::u16string &text, const std::vector<uint32_t> &
     size_t next = 0;
     while (next < text.size()) {
         size_t from = next;
-        next = text.find(u'\n', from);
-        if (next == std::u16string::npos) {
-            next = text.find(u'\r', from);
+        size_t end = std::min(text.find_first_of(u"\r\n", from), text.size());
+        next = end + (end < text.size() ? 1 : 0);
+        if (next < text.size() && text[end] == u'\r' && text[next] == u'\n') {
+            ++next;
         }
-        next = next == std::u16string::npos ? text.size() : next + 1;
-        size_t end = next;
         mLineStarts.push_back(mLineStarts.empty() ? 0 : places[from]);
         const auto line = static_cast<uint32_t>(mLineStarts.size());
         const auto placeOf = [&](size_t at) { return ProfilePlace{line, places[at] - mLineStarts.back() + 1}; };
@@ -87,13 +87,20 @@ void CProfileFile::Cut(const std::u16string &text, const std::vector<uint32_t> &
         if (text[from] == u'[') {
             const size_t close = text.rfind(u']', end - 1);
             if (close != std::u16string::npos && close > from) {
+                size_t name = from + 1, nameEnd = close;
+                while (name < nameEnd && IsBlank(text[name])) {
+                    ++name;
+                }
+                while (nameEnd > name && IsBlank(text[nameEnd - 1])) {
+                    --nameEnd;
+                }
                 ProfileSection &section = mSections.emplace_back();
-                section.mName = text.substr(from + 1, close - from - 1);
+                section.mName = text.substr(name, nameEnd - name);
                 section.mPlace = placeOf(from);
                 continue;
             }
         }
-        ProfileLine &entry = mSections.back().mLines.emplace_back();
+        ProfileLine entry;
         entry.mKeyPlace = placeOf(from);
         size_t nameEnd = std::min(text.find(u'=', from), end);
         if (nameEnd < end) {
@@ -109,13 +116,18 @@ void CProfileFile::Cut(const std::u16string &text, const std::vector<uint32_t> &
             }
         }
         entry.mKey = text.substr(from, nameEnd - from);
+        // Of several lines without a key in a row the platform takes the first.
+        std::vector<ProfileLine> &lines = mSections.back().mLines;
+        if (!entry.mKey.empty() || lines.empty() || !UpToNul(lines.back().mKey).empty()) {
+            lines.push_back(std::move(entry));
+        }
     }
 }
 
 const ProfileSection *CProfileFile::Find(std::u16string_view name) const
 {
     const auto found = std::find_if(mSections.begin(), mSections.end(), [&](const ProfileSection &section) {
-        return section.mPlace.mLine != 0 && SameName(section.mName, name);
+        return SameName(UpToNul(section.mName), name);
     });
     return found == mSections.end() ? nullptr : &*found;
 }
@@ -134,6 +146,11 @@ std::string_view CProfileFile::LineText(uint32_t line) const
     return text;
 }
 
+std::u16string_view UpToNul(std::u16string_view text)
+{
+    return text.substr(0, text.find(u'\0'));
+}
+
 bool SameName(std::u16string_view left, std::u16string_view right)
 {
     const auto lower = [](char16_t unit) {
@@ -146,6 +163,6 @@ bool SameName(std::u16string_view left, std::u16string_view right)
 const ProfileLine *FindKey(const ProfileSection &section, std::u16string_view key)
 {
     const auto found = std::find_if(section.mLines.begin(), section.mLines.end(),
-                                    [&](const ProfileLine &line) { return SameName(line.mKey, key); });
+                                    [&](const ProfileLine &line) { return SameName(UpToNul(line.mKey), key); });
     return found == section.mLines.end() ? nullptr : &*found;
 }

@@ -59,6 +59,9 @@ private:
     std::vector<uint32_t> mLineStarts; // places in the bytes
 };
 
+// A text as the platform's functions see it, which end at the first NUL.
+std::u16string_view UpToNul(std::u16string_view text);
+
 // Whether two names are the same to the platform: case does not count.
 bool SameName(std::u16string_view left, std::u16string_view right);
 

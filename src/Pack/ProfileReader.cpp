@@ -6,10 +6,36 @@
 
 namespace {
 
-// What the wide functions of the platform see: text up to the first NUL.
-std::u16string_view Text(std::u16string_view text)
+// The number at the front of a text: blanks, a sign, 0b, 0o or 0x, digits. One that is too large wraps around.
+uint32_t NumberOf(std::string_view text)
 {
-    return text.substr(0, text.find(u'\0'));
+    size_t at = 0;
+    while (at < text.size() && static_cast<uint8_t>(text[at]) <= ' ') {
+        ++at;
+    }
+    const bool negative = at < text.size() && text[at] == '-';
+    if (at < text.size() && (text[at] == '-' || text[at] == '+')) {
+        ++at;
+    }
+    uint32_t base = 10;
+    const std::string_view prefix = text.substr(at, 2);
+    if (prefix == "0b" || prefix == "0o" || prefix == "0x") {
+        base = prefix == "0b" ? 2 : prefix == "0o" ? 8 : 16;
+        at += 2;
+    }
+    uint32_t number = 0;
+    for (; at < text.size(); ++at) {
+        const char c = text[at];
+        const int digit = c >= '0' && c <= '9'   ? c - '0'
+                          : c >= 'A' && c <= 'Z' ? c - 'A' + 10
+                          : c >= 'a' && c <= 'z' ? c - 'a' + 10
+                                                 : -1;
+        if (digit < 0 || static_cast<uint32_t>(digit) >= base) {
+            break;
+        }
+        number = number * base + static_cast<uint32_t>(digit);
+    }
+    return negative ? 0 - number : number;
 }
 
 } // namespace
@@ -46,8 +72,8 @@ const ProfileLine *CProfileReader::ValueLine(const std::string &file, const std:
                                              const std::string &key)
 {
     const CProfileFile *const opened = File(file);
-    const ProfileSection *const found = opened == nullptr ? nullptr : opened->Find(mCodePage.ToWide(section));
-    const ProfileLine *const line = found == nullptr ? nullptr : FindKey(*found, mCodePage.ToWide(key));
+    const ProfileSection *const found = opened == nullptr ? nullptr : opened->Find(mCodePage.ArgumentToWide(section));
+    const ProfileLine *const line = found == nullptr ? nullptr : FindKey(*found, mCodePage.ArgumentToWide(key));
     return line != nullptr && line->mHasValue ? line : nullptr;
 }
 
@@ -55,20 +81,38 @@ uint32_t CProfileReader::ReadValue(const std::string &file, const std::string &s
                                    const std::string &defaultValue, char *buffer_O, uint32_t size)
 {
     const ProfileLine *const line = ValueLine(file, section, key);
-    std::u16string value;
-    if (line != nullptr) {
-        value = Text(line->mValue);
-        if (value.size() > 1 && (value.front() == u'"' || value.front() == u'\'') && value.back() == value.front()) {
-            value = value.substr(1, value.size() - 2);
-        }
-    } else {
-        value = mCodePage.ToWide(defaultValue);
+    std::u16string value(line != nullptr ? UpToNul(line->mValue) : mCodePage.ArgumentToWide(defaultValue));
+    if (line == nullptr) {
         value.erase(value.find_last_not_of(u' ') + 1);
     }
-    std::string bytes = mCodePage.FromWide(value.substr(0, size == 0 ? 0 : size - 1));
-    bytes.resize(std::min<size_t>(bytes.size(), size == 0 ? 0 : size - 1));
-    std::memcpy(buffer_O, bytes.c_str(), bytes.size() + 1);
-    return static_cast<uint32_t>(bytes.size());
+    const bool quoted =
+        value.size() > 1 && (value.front() == u'"' || value.front() == u'\'') && value.back() == value.front();
+    if (quoted) {
+        value.erase(0, 1);
+    }
+    const size_t length = value.size(), room = size == 0 ? 0 : size - 1;
+    value.resize(std::min(length, room));
+    // The closing quote goes at last: from a text that just did not fit, its last letter goes.
+    if (quoted && length <= size && !value.empty()) {
+        value.pop_back();
+    }
+    const std::string bytes = mCodePage.FromWide(value);
+    if (bytes.size() <= room) {
+        std::memcpy(buffer_O, bytes.c_str(), bytes.size() + 1);
+        return static_cast<uint32_t>(bytes.size());
+    }
+    // A pair of bytes that does not fit leaves what the buffer held.
+    size_t whole = 0;
+    for (const char16_t &unit : value) {
+        const size_t next = whole + mCodePage.FromWide(std::u16string_view(&unit, 1)).size();
+        if (next > room) {
+            break;
+        }
+        whole = next;
+    }
+    std::memcpy(buffer_O, bytes.data(), whole);
+    buffer_O[room] = '\0';
+    return static_cast<uint32_t>(room);
 }
 
 std::vector<SectionLine> CProfileReader::SectionLines(const std::string &file, const std::string &section, bool *cut_O,
@@ -76,34 +120,41 @@ std::vector<SectionLine> CProfileReader::SectionLines(const std::string &file, c
 {
     std::vector<SectionLine> lines;
     const CProfileFile *const opened = File(file);
-    const ProfileSection *const found = opened == nullptr ? nullptr : opened->Find(mCodePage.ToWide(section));
+    const ProfileSection *const found = opened == nullptr ? nullptr : opened->Find(mCodePage.ArgumentToWide(section));
     if (cut_O != nullptr) {
         *cut_O = false;
     }
     if (found == nullptr) {
         return lines;
     }
-    uint32_t used = 0;
+    size_t used = 0;
     for (const ProfileLine &line : found->mLines) {
-        if (line.IsComment()) {
+        std::u16string text(UpToNul(line.mKey));
+        if (line.IsComment() || (text.empty() && !line.mHasValue)) {
             continue;
         }
-        std::u16string text(Text(line.mKey));
         if (line.mHasValue) {
             text += u'=';
-            text += Text(line.mValue);
+            text += UpToNul(line.mValue);
         }
         std::string bytes = mCodePage.FromWide(text);
-        if (used + bytes.size() + 2 > size) {
-            bytes.resize(size - 2 - used);
-            lines.push_back({bytes, &line});
-            if (cut_O != nullptr) {
-                *cut_O = true;
-            }
-            break;
-        }
-        used += static_cast<uint32_t>(bytes.size()) + 1;
+        used += bytes.size() + 1;
         lines.push_back({std::move(bytes), &line});
+    }
+    // What fills the buffer to its last byte counts as cut, too, although nothing is missing.
+    if (used + 1 >= size) {
+        const size_t kept = size < 2 ? 0 : size - 2;
+        while (!lines.empty() && used - lines.back().mText.size() - 1 >= kept) {
+            used -= lines.back().mText.size() + 1;
+            lines.pop_back();
+        }
+        if (!lines.empty()) {
+            const size_t last = kept - (used - lines.back().mText.size() - 1);
+            lines.back().mText.resize(std::min(last, lines.back().mText.size()));
+        }
+        if (cut_O != nullptr) {
+            *cut_O = true;
+        }
     }
     return lines;
 }
@@ -117,6 +168,10 @@ uint32_t CProfileReader::ReadSection(const std::string &file, const std::string 
         used += static_cast<uint32_t>(line.mText.size()) + 1;
     }
     buffer_O[used] = '\0';
+    if (size > 1 && (used == 0 || cut)) {
+        buffer_O[used == 0 ? 1 : size - 2] = '\0';
+        buffer_O[size - 1] = '\0';
+    }
     return cut ? size - 2 : used;
 }
 
@@ -127,5 +182,5 @@ uint32_t CProfileReader::ReadNumber(const std::string &file, const std::string &
     if (ReadValue(file, section, key, "", text, sizeof text) == 0) {
         return defaultValue;
     }
-    return static_cast<uint32_t>(std::atoi(text));
+    return NumberOf(text);
 }
