@@ -32,12 +32,19 @@ set(TAVIX_CORE_SOURCES
     src/Installer/Outcomes.cpp
     src/Installer/Preflight.cpp
     src/Installer/PreflightRules.cpp
+    src/Pack/Checks.cpp
     src/Pack/CodePage.cpp
+    src/Pack/Diagnostics.cpp
     src/Pack/ExitCodes.cpp
     src/Pack/ExitCommand.cpp
+    src/Pack/GroupFlow.cpp
+    src/Pack/PackMacros.cpp
     src/Pack/PackageFolder.cpp
+    src/Pack/PackageModel.cpp
+    src/Pack/PackageTree.cpp
     src/Pack/ProfileFile.cpp
     src/Pack/ProfileReader.cpp
+    src/Pack/ScriptLine.cpp
     src/Registry/MultiString.cpp
     src/Registry/RegPath.cpp
     src/Script/CRunState.cpp
