@@ -26,6 +26,8 @@ set(TAVIX_CORE_SOURCES
     src/Devices/RouterQuestions.cpp
     src/Devices/ServiceGroupList.cpp
     src/Devices/TabletSize.cpp
+    src/Files/CustomPath.cpp
+    src/Files/EarlierPackages.cpp
     src/Installer/CommandLine.cpp
     src/Installer/DriverTypes.cpp
     src/Installer/Options.cpp
@@ -42,6 +44,14 @@ set(TAVIX_CORE_SOURCES
     src/Pack/PackageFolder.cpp
     src/Pack/PackageModel.cpp
     src/Pack/PackageTree.cpp
+    src/Pack/PlanActions.cpp
+    src/Pack/PlanConditions.cpp
+    src/Pack/PlanFacts.cpp
+    src/Pack/PlanFlow.cpp
+    src/Pack/PlanMachine.cpp
+    src/Pack/PlanQuestions.cpp
+    src/Pack/PlanRun.cpp
+    src/Pack/Planner.cpp
     src/Pack/ProfileFile.cpp
     src/Pack/ProfileReader.cpp
     src/Pack/ScriptLine.cpp

@@ -19,13 +19,18 @@ TreeFact Missing()
     return fact;
 }
 
-bool Same(const TreeFact &left, const TreeFact &right)
+} // namespace
+
+bool TreeFact::operator==(const TreeFact &other) const
 {
-    return left.mThere == right.mThere && left.mFolder == right.mFolder && left.mWhole == right.mWhole &&
-           left.mFrom == right.mFrom && left.mVersion == right.mVersion;
+    return mThere == other.mThere && mFolder == other.mFolder && mWhole == other.mWhole && mFrom == other.mFrom &&
+           mVersion == other.mVersion;
 }
 
-} // namespace
+bool CTreeFacts::operator==(const CTreeFacts &other) const
+{
+    return mFacts == other.mFacts;
+}
 
 std::string ParentPath(const std::string &path)
 {
@@ -43,7 +48,7 @@ TreeFact CTreeFacts::Find(const std::string &path) const
         const auto fact = mFacts.find(above);
         if (fact != mFacts.end()) {
             const bool none = fact->second.mThere == EAnswer::ENo || fact->second.mWhole ||
-                              (fact->second.mThere == EAnswer::EYes && !fact->second.mFolder);
+                              (fact->second.mThere == EAnswer::EYes && !fact->second.mFrom.empty());
             if (none) {
                 return Missing();
             }
@@ -55,7 +60,7 @@ TreeFact CTreeFacts::Find(const std::string &path) const
 void CTreeFacts::Set(const std::string &path, const TreeFact &fact)
 {
     const auto [at, added] = mFacts.emplace(path, fact);
-    if (added || !Same(at->second, fact)) {
+    if (added || !(at->second == fact)) {
         at->second = fact;
         ++mChanges;
     }
@@ -126,6 +131,13 @@ void CTreeFacts::Empty(const std::string &path, const std::function<bool(const s
     }
 }
 
+void CTreeFacts::Open(const std::string &path)
+{
+    TreeFact fact = Find(path);
+    fact.mWhole = false;
+    Set(path, fact);
+}
+
 EAnswer CTreeFacts::HasSomething(const std::string &path) const
 {
     const std::map<std::string, TreeFact> below = Below(path);
@@ -166,7 +178,9 @@ CTreeFacts CTreeFacts::Joined(const CTreeFacts &left, const CTreeFacts &right)
                       (a.mWhole || b.mWhole);
         fact.mFrom = a.mFrom == b.mFrom ? a.mFrom : std::string();
         fact.mVersion = a.mVersion == b.mVersion ? a.mVersion : std::nullopt;
-        joined.mFacts[path] = fact;
+        if (!(joined.Find(path) == fact)) {
+            joined.mFacts[path] = fact;
+        }
     }
     joined.mChanges = left.mChanges + right.mChanges + 1;
     return joined;
@@ -244,7 +258,9 @@ CRegistryFacts CRegistryFacts::Joined(const CRegistryFacts &left, const CRegistr
                 ValueFact fact;
                 fact.mThere = a.mThere == b.mThere ? a.mThere : EAnswer::EOpen;
                 fact.mData = a.mData == b.mData ? a.mData : std::nullopt;
-                joined.mValues[key][name] = fact;
+                if (!(joined.Find(key, name) == fact)) {
+                    joined.mValues[key][name] = fact;
+                }
             }
         }
     }

@@ -27,7 +27,9 @@ struct TreeFact {
     bool mFolder = false;
     bool mWhole = false; // all that is below it has a fact of its own
     std::string mFrom;   // the file that it is a copy of; empty when it is none that is known
-    std::optional<std::string> mVersion;
+    std::optional<std::string> mVersion; // empty for a file without one
+
+    bool operator==(const TreeFact &other) const;
 };
 
 // Facts about places by their paths. The paths are whole, without a back-slash at the end, and in small letters.
@@ -51,6 +53,9 @@ public:
     // The folder is there, and what is below it is gone, apart from the names that `stays` answers true for.
     void Empty(const std::string &path, const std::function<bool(const std::string &name)> &stays);
 
+    // Things that nobody knows of may be in the folder.
+    void Open(const std::string &path);
+
     // Whether something is known to be right below a folder; open where other things may be.
     EAnswer HasSomething(const std::string &path) const;
 
@@ -59,6 +64,8 @@ public:
 
     // What two courses of a run agree on. Where they differ it is open.
     static CTreeFacts Joined(const CTreeFacts &left, const CTreeFacts &right);
+
+    bool operator==(const CTreeFacts &other) const;
 
     // Counts the changes, so that a loop that changes nothing is found.
     uint64_t Changes() const { return mChanges; }
@@ -98,6 +105,7 @@ public:
     void ForgetValue(const std::string &key, const std::string &name);
 
     static CRegistryFacts Joined(const CRegistryFacts &left, const CRegistryFacts &right);
+    bool operator==(const CRegistryFacts &other) const { return mKeys == other.mKeys && mValues == other.mValues; }
     uint64_t Changes() const { return mKeys.Changes() + mChanges; }
 
 private:

@@ -1,9 +1,7 @@
 #include "Pack/PlanMachine.h"
 
 #include <algorithm>
-#include <filesystem>
 #include <stdexcept>
-#include <system_error>
 
 #include "Common/CSystemState.h"
 #include "Common/StringUtilities.h"
@@ -112,9 +110,9 @@ std::vector<std::string> WindowsNames()
     return names;
 }
 
-CPlanMachine::CPlanMachine(const PlanOptions &options, const CPackageFolder &folder)
+CPlanMachine::CPlanMachine(const PlanOptions &options, const CPackageTree &tree)
     : mWindows(FindWindows(options.mWindows)), mBits(options.mBits), mRestIsMissing(options.mRestIsMissing),
-      mFolder(folder)
+      mTree(tree)
 {
     if (mWindows == nullptr) {
         throw std::invalid_argument("no such Windows: " + options.mWindows);
@@ -200,10 +198,10 @@ TreeFact CPlanMachine::FileGround(const std::string &path) const
     TreeFact fact;
     const std::string package = ToLowerCopy(kPlanFolder);
     if (IsInside(path, package)) {
-        const std::optional<PackageFile> file = mFolder.Find(".\\" + path.substr(std::min(path.size(), package.size() + 1)));
-        std::error_code ignored;
-        fact.mThere = AnswerOf(file.has_value());
-        fact.mFolder = file && std::filesystem::is_directory(file->mPath, ignored);
+        const bool itself = path.size() == package.size();
+        const PackageEntry *const entry = itself ? nullptr : mTree.Find(path.substr(package.size() + 1));
+        fact.mThere = AnswerOf(itself || entry != nullptr);
+        fact.mFolder = itself || (entry != nullptr && entry->mFolder);
         return fact;
     }
     if (std::find(mSystemFolders.begin(), mSystemFolders.end(), path) != mSystemFolders.end()) {

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "Pack/PackageFolder.h"
+#include "Pack/PackageTree.h"
 #include "Pack/PlanFacts.h"
 #include "Registry/RegPath.h"
 
@@ -49,9 +49,9 @@ enum class EPlanView { EProcess, E64 };
 
 class CPlanMachine {
 public:
-    // Throws std::invalid_argument, with words for the user, for a description that makes no sense. The folder outlives
+    // Throws std::invalid_argument, with words for the user, for a description that makes no sense. The tree, of the package, outlives
     // the object.
-    CPlanMachine(const PlanOptions &options, const CPackageFolder &folder);
+    CPlanMachine(const PlanOptions &options, const CPackageTree &tree);
 
     const WindowsRow &Windows() const { return *mWindows; }
     bool Is64() const { return mBits == 64; }
@@ -73,7 +73,7 @@ private:
     const WindowsRow *mWindows;
     uint32_t mBits;
     bool mRestIsMissing;
-    const CPackageFolder &mFolder;
+    const CPackageTree &mTree;
     std::vector<std::pair<std::string, std::string>> mMacros;
     std::vector<std::string> mSystemFolders; // of Windows itself; they are there
 };

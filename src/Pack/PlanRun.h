@@ -29,8 +29,13 @@ struct PlanState {
     std::map<std::string, bool> mAnswers; // assumed, of questions that are about no single file or key
     uint64_t mChanges = 0;
 
+    // Counts the changes, so that a circle of steps that changes nothing is found.
     uint64_t Changes() const { return mChanges + mFiles.Changes() + mRegistry.Changes(); }
+    bool SaysAs(const PlanState &other) const;
 };
+
+// The product's own handlers of the commands that need no Windows, by the commands' words.
+const std::map<std::string, StepHandler> &PortableHandlers();
 
 PlanState Joined(const PlanState &left, const PlanState &right);
 
@@ -38,6 +43,7 @@ PlanState Joined(const PlanState &left, const PlanState &right);
 struct PlanContext {
     const PlanOptions &mOptions;
     const CPlanMachine &mMachine;
+    const CPackageTree &mTree;
     CProfileReader &mReader;
     Plan &mPlan;
     DevicesFound mDevices;
@@ -171,6 +177,8 @@ private:
     EAnswer CopyFolder(const std::string &from, const std::string &to, std::string &note_O);
     EAnswer WriteValue(const RegLocation &location, EPlanView view, const std::string &name,
                        const std::optional<std::string> &data, bool number, std::string &note_O);
+    void TakeFolderOfPackage(const std::string &folder);
+    bool IsOfPackage(const std::string &place) const;
     std::string CustomSource(const std::string &path);
     RegLocation Location(const std::string &key);
 
