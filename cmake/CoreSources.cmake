@@ -37,6 +37,7 @@ set(TAVIX_CORE_SOURCES
     src/Pack/Checks.cpp
     src/Pack/CodePage.cpp
     src/Pack/Diagnostics.cpp
+    src/Pack/ErrorTexts.cpp
     src/Pack/ExitCodes.cpp
     src/Pack/ExitCommand.cpp
     src/Pack/GroupFlow.cpp
@@ -55,6 +56,12 @@ set(TAVIX_CORE_SOURCES
     src/Pack/ProfileFile.cpp
     src/Pack/ProfileReader.cpp
     src/Pack/ScriptLine.cpp
+    src/Pack/TraceCommand.cpp
+    src/Pack/TraceJudge.cpp
+    src/Pack/TracePage.cpp
+    src/Pack/TraceReader.cpp
+    src/Pack/TraceRun.cpp
+    src/Pack/TraceText.cpp
     src/Registry/MultiString.cpp
     src/Registry/RegPath.cpp
     src/Script/CRunState.cpp

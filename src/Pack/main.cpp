@@ -7,6 +7,7 @@
 #include "Pack/Console.h"
 #include "Pack/ExitCommand.h"
 #include "Pack/HostServices.h"
+#include "Pack/TraceCommand.h"
 #include "Script/MacroValues.h"
 
 namespace {
@@ -23,6 +24,7 @@ int RunTool(int argc, char **argv)
         ->capture_default_str();
     CPackCommands commands;
     // One line a sub-command, in the order in which an engineer comes to need them.
+    AddTraceCommand(app, commands);
     AddExitCommand(app, commands);
     try {
         app.parse(argc, argv);
