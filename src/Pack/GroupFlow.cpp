@@ -1,5 +1,7 @@
 #include "Pack/GroupFlow.h"
 
+#include <utility>
+
 #include "Pack/PackMacros.h"
 #include "Script/Macros.h"
 
@@ -12,7 +14,8 @@ bool IsNamed(const ScriptStep &step, const char *name)
 
 } // namespace
 
-CGroupFlow::CGroupFlow(CPackageModel &model, const std::vector<std::string> &commands) : mModel(model)
+CGroupFlow::CGroupFlow(CPackageModel &model, const std::vector<std::string> &commands)
+    : mModel(model), mCommands(commands)
 {
     constexpr uint32_t kUndecided = 4711;
     const uint32_t wide = model.Number("MAIN", "WIN64_OVERRIDE", kUndecided);
@@ -29,12 +32,38 @@ CGroupFlow::CGroupFlow(CPackageModel &model, const std::vector<std::string> &com
         mWaiting.pop_back();
         Follow(group);
     }
+    LoadRest();
+}
+
+// The list of groups and that of files grow on the way.
+void CGroupFlow::LoadRest()
+{
+    const auto linkAll = [this] {
+        for (size_t at = 0; at < mModel.Groups().size(); ++at) {
+            ScriptGroup &group = *mModel.Groups()[at];
+            if (mWays.count(&group) == 0) {
+                GroupWays ways = WaysFor(group);
+                mWays.emplace(&group, std::move(ways));
+            }
+        }
+    };
+    linkAll();
+    for (size_t number = 0; number < mModel.Files().size(); ++number) {
+        const ScriptFile file = mModel.Files()[number];
+        for (const ProfileSection &section : file.mFile->Sections()) {
+            const std::string name = gCodePage.FromWide(section.mName);
+            if (section.mPlace.mLine != 0 && !mModel.IsDataSection(name) && !mModel.IsLanguageSection(name)) {
+                mModel.Group(file.mRole == EScriptRole::ECalled ? ".\\" + file.mPath : std::string(), name);
+            }
+        }
+        linkAll();
+    }
 }
 
 const GroupWays *CGroupFlow::WaysOf(const ScriptGroup &group) const
 {
     const auto found = mWays.find(&group);
-    return found != mWays.end() ? &found->second : nullptr;
+    return found != mWays.end() && found->second.mEntry != 0 ? &found->second : nullptr;
 }
 
 RunSet CGroupFlow::RunsOf(const ScriptGroup &group, uint32_t step) const

@@ -42,24 +42,30 @@ struct MissingCall {
 
 class CGroupFlow {
 public:
-    // Follows Install, Uninstall and the groups of /command in `model`, and reads further script files into it.
+    // Follows Install, Uninstall and the groups of /command in `model`, and reads further script files into it. Groups
+    // that no run reaches are loaded, too.
     CGroupFlow(CPackageModel &model, const std::vector<std::string> &commands);
 
     // The ways of a group that a run reaches; null for another.
     const GroupWays *WaysOf(const ScriptGroup &group) const;
+
+    // The ways of any group that the model had when this was made.
+    const GroupWays &LinksOf(const ScriptGroup &group) const { return mWays.at(&group); }
 
     // The runs that reach a step; none for a step of a group that is not reached.
     RunSet RunsOf(const ScriptGroup &group, uint32_t step) const;
 
     const std::vector<MissingCall> &MissingCalls() const { return mMissingCalls; }
 
+    // The groups of /command.
+    const std::vector<std::string> &Commands() const { return mCommands; }
+
     // Runs that there are: the script may say that all machines count as 32-bit or as 64-bit ones.
     RunSet AllRuns() const { return mAllRuns; }
 
-    // Makes the ways of a group that no run reaches, for the checks that look at it all the same.
-    GroupWays WaysFor(ScriptGroup &group);
-
 private:
+    void LoadRest();
+    GroupWays WaysFor(ScriptGroup &group);
     void Enter(ScriptGroup &group, RunSet runs);
     void Follow(ScriptGroup &group);
     StepWay WayOf(ScriptGroup &group, uint32_t step);
@@ -68,6 +74,7 @@ private:
                   StepWay &way_I_O);
 
     CPackageModel &mModel;
+    std::vector<std::string> mCommands;
     RunSet mAllRuns = 0x3F;
     std::map<const ScriptGroup *, GroupWays> mWays;
     std::vector<ScriptGroup *> mWaiting;

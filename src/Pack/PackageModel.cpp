@@ -261,7 +261,7 @@ bool CPackageModel::IsDataSection(const std::string &name) const
 uint32_t CodePageOf(const std::string &language)
 {
     constexpr uint32_t kSimplifiedChinese = 936;
-    return language == "zh_CN" ? kSimplifiedChinese : gCodePage.Number();
+    return EqualsNoCase(language, "zh_CN") ? kSimplifiedChinese : gCodePage.Number();
 }
 
 void CPackageModel::ReadLanguages()
@@ -311,6 +311,33 @@ std::optional<std::string> CPackageModel::Word(PackageLanguage &language, const 
 uint32_t CPackageModel::WordNumber(const PackageLanguage &language, const std::string &key, uint32_t defaultValue)
 {
     return FilesOf(language).mScripts.ReadLanguageInteger(language.mName, key, defaultValue);
+}
+
+// In the order of the search: the script, the file of words, the included files from the last on.
+ScriptPlace CPackageModel::PlaceOfWord(const PackageLanguage &language, const std::string &key)
+{
+    std::vector<std::string> search = {kMainScript, mDialogData};
+    search.insert(search.end(), mIncludes.rbegin(), mIncludes.rend());
+    for (const std::string &path : search) {
+        const ProfileLine *const line =
+            path.empty() ? nullptr : FilesOf(language).mReader.ValueLine(path, language.mName, key);
+        if (line != nullptr) {
+            return PlaceOfValue(line, AddFile(path, EScriptRole::EInclude).value_or(0));
+        }
+    }
+    return PlaceOfLanguage(language);
+}
+
+ScriptPlace CPackageModel::PlaceOfLanguage(const PackageLanguage &language) const
+{
+    for (uint32_t at = 0; at < mFiles.size(); ++at) {
+        const ProfileSection *const section = mFiles[at].mFile->Find(gCodePage.ToWide(language.mName));
+        if (section != nullptr) {
+            return {at, section->mPlace.mLine, section->mPlace.mColumn,
+                    static_cast<uint32_t>(section->mName.size()) + 2};
+        }
+    }
+    return {0, 1, 1, 1};
 }
 
 std::u16string CPackageModel::WideWord(const PackageLanguage &language, const std::string &bytes)

@@ -107,6 +107,10 @@ public:
     std::optional<std::string> Word(PackageLanguage &language, const std::string &key);
     uint32_t WordNumber(const PackageLanguage &language, const std::string &key, uint32_t defaultValue);
 
+    // The place of a word's value; that of the language's section when it lacks the word. The place of the section.
+    ScriptPlace PlaceOfWord(const PackageLanguage &language, const std::string &key);
+    ScriptPlace PlaceOfLanguage(const PackageLanguage &language) const;
+
     // The wide text of a word's bytes.
     static std::u16string WideWord(const PackageLanguage &language, const std::string &bytes);
 

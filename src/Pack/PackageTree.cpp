@@ -61,7 +61,9 @@ void CPackageTree::AddFile(const std::string &path)
 
 void CPackageTree::Add(const std::string &path, bool folder)
 {
-    mEntries.insert({UpperAscii(path), {path, folder}});
+    if (mEntries.insert({UpperAscii(path), {path, folder}}).second && !path.empty()) {
+        mPaths.push_back(path);
+    }
 }
 
 const PackageEntry *CPackageTree::Find(const std::string &path) const
@@ -76,12 +78,13 @@ bool CPackageTree::IsWrittenSo(const std::string &path, const PackageEntry &entr
     return PlainPackagePath(path) == entry.mPath;
 }
 
-std::vector<std::string> CPackageTree::Paths() const
+const PackageEntry *CPackageTree::FindLike(const std::string &front, const std::string &behind) const
 {
-    std::vector<std::string> paths;
-    for (const auto &[upper, entry] : mEntries) {
-        paths.push_back(entry.mPath);
-    }
-    std::sort(paths.begin(), paths.end());
-    return paths;
+    const auto fits = [&](const std::string &upper) {
+        return upper.size() >= front.size() + behind.size() && upper.compare(0, front.size(), front) == 0 &&
+               upper.compare(upper.size() - behind.size(), behind.size(), behind) == 0;
+    };
+    const auto found =
+        std::find_if(mPaths.begin(), mPaths.end(), [&](const std::string &path) { return fits(UpperAscii(path)); });
+    return found != mPaths.end() ? Find(*found) : nullptr;
 }

@@ -28,16 +28,20 @@ public:
     // what is not there and for a path that leads out of the package.
     const PackageEntry *Find(const std::string &path) const;
 
+    // A file whose path in capitals begins with `front` and ends in `behind`; null when there is none.
+    const PackageEntry *FindLike(const std::string &front, const std::string &behind) const;
+
     // Whether the path is written as it stands on the disk.
     bool IsWrittenSo(const std::string &path, const PackageEntry &entry) const;
 
-    // The names of all files and folders, for a hint at what was meant.
-    std::vector<std::string> Paths() const;
+    // The paths of all files and folders, for a hint at what was meant.
+    const std::vector<std::string> &Paths() const { return mPaths; }
 
 private:
     void Add(const std::string &path, bool folder);
 
     std::unordered_map<std::string, PackageEntry> mEntries; // by the path in capitals
+    std::vector<std::string> mPaths;
 };
 
 // A path of a package in its plain form: back-slashes, no "." and no doubled separators, the names in front of ".."

@@ -30,6 +30,7 @@ std::vector<CScriptLine> CScriptLine::Cut(const SectionLine &line, uint32_t file
         piece.mFile = file;
         piece.mKey = line.mLine->mKeyPlace;
         piece.mValue = line.mLine->mValuePlace;
+        piece.mEndsInNul = end < line.mText.size();
         pieces.push_back(std::move(piece));
     };
     size_t from = 0;

@@ -19,6 +19,9 @@ public:
     const std::string &Raw() const { return mRaw; }
     const std::string &Text() const { return mText; }
 
+    // Whether "\0" ends it in the middle of its line.
+    bool EndsInNul() const { return mEndsInNul; }
+
     // Where a byte of the raw piece stands in the file, with `length` bytes behind it.
     ScriptPlace PlaceOf(size_t rawOffset, size_t length = 1) const;
 
@@ -30,6 +33,7 @@ private:
     std::string mText;
     size_t mFrom = 0; // of the piece in its line
     size_t mEquals = 0;
+    bool mEndsInNul = false;
     uint32_t mFile = 0;
     ProfilePlace mKey;   // of what stands in front of the first "="
     ProfilePlace mValue; // and of what stands behind it

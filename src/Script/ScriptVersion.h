@@ -1,13 +1,15 @@
-// The version of the script language.
+// Version of the script language that this program reads.
 #pragma once
 
+#include <cstddef>
 #include <string>
 
-// That of this program.
 constexpr char kScriptVersion[] = "1.10.01";
+// Length of the part of the script's version that has to be this program's own.
+constexpr size_t kComparedVersion = 4;
 
-// Whether a script of this version can be run: its first four characters are this program's own.
+// Whether a script of this version is run.
 inline bool IsScriptVersion(const std::string &version)
 {
-    return version.compare(0, 4, kScriptVersion, 4) == 0;
+    return version.compare(0, kComparedVersion, kScriptVersion, kComparedVersion) == 0;
 }

@@ -1,0 +1,3 @@
+#include "Pack/PlanCommand.h"
+
+void WritePlanPage(const Plan &, const std::string &, std::ostream &) {}
