@@ -77,6 +77,7 @@ set(TAVIX_CORE_SOURCES
     src/Pack/PlanJson.cpp
     src/Pack/PlanMachine.cpp
     src/Pack/PlanPage.cpp
+    src/Pack/PlanPicture.cpp
     src/Pack/PlanQuestions.cpp
     src/Pack/PlanRun.cpp
     src/Pack/PlanText.cpp

@@ -93,11 +93,16 @@ EAnswer CPlanRun::Copy(const std::string &from, const std::string &to, EPlanView
         note_O = "the source is not there";
         return EAnswer::ENo;
     }
+    const TreeFact former = target.empty() ? TreeFact() : mState.mFiles.Find(target);
     if (fact.mFolder || target.empty()) {
-        note_O = target.empty() ? "no target" : "the source is a folder";
-        return EAnswer::ENo;
+        // The program makes room before it finds out.
+        const bool loses = former.mThere == EAnswer::EYes && !former.mFolder;
+        note_O = target.empty() ? "no target" : loses ? "the source is a folder; the target is deleted" : "the source is a folder";
+        if (loses) {
+            mState.mFiles.Remove(target);
+        }
+        return AnswerOf(loses);
     }
-    const TreeFact former = mState.mFiles.Find(target);
     if (source == target) {
         note_O = "a file cannot be copied over itself";
         return EAnswer::ENo;

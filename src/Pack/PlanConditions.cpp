@@ -88,9 +88,7 @@ CPlanRun::Question CPlanRun::Remembered(const std::string &key, const std::strin
     Question question;
     question.mText = text;
     const auto known = mState.mAnswers.find(key);
-    question.mKnown = known == mState.mAnswers.end()
-                          ? (mContext.mOptions.mRestIsMissing ? EAnswer::ENo : EAnswer::EOpen)
-                          : AnswerOf(known->second);
+    question.mKnown = known == mState.mAnswers.end() ? EAnswer::EOpen : AnswerOf(known->second);
     question.mAssume = [this, key](bool answer) { mState.mAnswers[key] = answer; };
     return question;
 }
@@ -227,12 +225,26 @@ CPlanRun::Question CPlanRun::FlagQuestion(const std::string &name, int32_t numbe
     return question;
 }
 
+// Whether a file of the package is none that can have a version: it is no program.
+bool CPlanRun::HasNoVersion(const std::string &place)
+{
+    if (!IsOfPackage(place)) {
+        return false;
+    }
+    const auto [known, added] = mContext.mNoVersion.emplace(place, false);
+    if (added) {
+        const std::optional<std::string> bytes = mContext.mSource.ReadFile(place);
+        known->second = bytes && bytes->compare(0, 2, "MZ") != 0;
+    }
+    return known->second;
+}
+
 // Whether `source` is newer than `target`, by version or time. Versions are read as the 64-bit system sees the files.
 EAnswer CPlanRun::NewerAnswer(const std::string &target, const std::string &source)
 {
     const std::string from = mContext.mMachine.FilePath(source, EPlanView::E64);
     const std::string to = mContext.mMachine.FilePath(target, EPlanView::E64);
-    const TreeFact delivered = mState.mFiles.Find(from);
+    TreeFact delivered = mState.mFiles.Find(from);
     const TreeFact installed = to.empty() ? TreeFact{EAnswer::ENo, false, false, {}, {}} : mState.mFiles.Find(to);
     if (from.empty() || delivered.mThere == EAnswer::ENo || from == to) {
         return EAnswer::ENo;
@@ -240,7 +252,10 @@ EAnswer CPlanRun::NewerAnswer(const std::string &target, const std::string &sour
     if (delivered.mThere == EAnswer::EOpen || installed.mThere == EAnswer::EOpen) {
         return EAnswer::EOpen;
     }
-    if (installed.mThere == EAnswer::EYes && installed.mFrom == from) {
+    if (!delivered.mVersion && HasNoVersion(delivered.mFrom.empty() ? from : delivered.mFrom)) {
+        delivered.mVersion = "";
+    }
+    if (installed.mThere == EAnswer::EYes && installed.mFrom == (delivered.mFrom.empty() ? from : delivered.mFrom)) {
         return EAnswer::ENo; // a copy has the version and the time of its source
     }
     if (!delivered.mVersion || (installed.mThere == EAnswer::EYes && !installed.mVersion)) {

@@ -29,6 +29,7 @@ struct PlanOptions {
     std::vector<std::string> mMacros; // NAME=VALUE
     bool mRestIsMissing = false;      // what the description does not name is not there
     uint32_t mMostBranches = 200;
+    uint64_t mMostSteps = 1000000; // that a plan notes
 };
 
 // A Windows by the name that --windows takes.

@@ -45,7 +45,8 @@ bool CPlanRun::Decide(const Question &question)
     }
     NoteQuestion(question);
     if (mContext.mPlan.mBranches >= mContext.mOptions.mMostBranches || mContext.mNested >= kMostNested) {
-        mContext.mPlan.mCut = "more than " + std::to_string(mContext.mPlan.mBranches) + " questions have no answer; only the course of no is shown behind further ones";
+        mContext.mPlan.mCut = "both courses of " + std::to_string(mContext.mPlan.mBranches) +
+                              " open questions are, and of further ones the course of no";
         if (question.mAssume) {
             question.mAssume(false);
         }

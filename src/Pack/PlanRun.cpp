@@ -15,7 +15,6 @@ namespace {
 
 constexpr uint32_t kMostFrames = 600;     // groups inside groups, before that counts as a circle without end
 constexpr uint32_t kMostRounds = 1000;    // of one step inside one run of its group
-constexpr uint64_t kMostSteps = 1000000;  // that a plan notes
 
 void PlanHandler(CStep &step)
 {
@@ -237,8 +236,8 @@ void CPlanRun::CheckCircle(Frame &frame)
         throw PlanCourseEnd{false, "goes round from line " + line + " for ever, unless something else changes the machine"};
     }
     seen->second = changes;
-    if (++mContext.mSteps > kMostSteps) {
-        mContext.mPlan.mCut = "more than " + std::to_string(kMostSteps) + " steps";
+    if (++mContext.mSteps > mContext.mOptions.mMostSteps) {
+        mContext.mPlan.mCut = "it has more than " + std::to_string(mContext.mOptions.mMostSteps) + " steps";
         throw PlanCourseEnd{false, "the plan is too long"};
     }
 }
@@ -291,6 +290,23 @@ bool IsTest(EEffect effect)
 {
     return effect == ETests || effect == ETestsFile || effect == ETestsValue;
 }
+
+namespace {
+
+// A key as people write it.
+std::string ShownKey(const RegLocation &location)
+{
+    const char *const root = location.mRootKey == kRootClasses         ? "HKCR"
+                             : location.mRootKey == kRootCurrentUser   ? "HKCU"
+                             : location.mRootKey == kRootLocalMachine  ? "HKLM"
+                             : location.mRootKey == kRootUsers         ? "HKU"
+                             : location.mRootKey == kRootCurrentConfig ? "HKCC"
+                                                                       : "";
+    const size_t from = location.mPath.find_first_not_of('\\');
+    return root + (from == std::string::npos ? std::string() : '\\' + location.mPath.substr(from));
+}
+
+} // namespace
 
 bool IsAction(EEffect effect)
 {
@@ -346,7 +362,13 @@ void CPlanRun::Do(CStep &step)
         const CommandField &next = info.mFields[fields.size()];
         fields.push_back(next.mReading == EReadExpanded ? reading.Expanded() : reading.Plain());
     }
-    Node().mFields = fields;
+    std::vector<std::string> shown = fields;
+    for (size_t at = 0; at < count; ++at) {
+        if (info.mFields[at].mKind == EFieldKey) {
+            shown[at] = ShownKey(Location(fields[at]));
+        }
+    }
+    Node().mFields = std::move(shown);
     if (IsTest(info.mEffect) || info.mEffect == EJumps) {
         Test(step, info, fields);
         return;

@@ -44,6 +44,7 @@ struct PlanContext {
     const PlanOptions &mOptions;
     const CPlanMachine &mMachine;
     const CPackageTree &mTree;
+    IScriptSource &mSource;
     CProfileReader &mReader;
     Plan &mPlan;
     DevicesFound mDevices;
@@ -52,6 +53,7 @@ struct PlanContext {
     uint32_t mNested = 0;   // courses inside courses
     uint32_t mFrames = 0;   // groups that are being run, those of all interpreters together
     std::map<std::pair<std::string, std::string>, std::vector<uint32_t>> mLines; // of steps, by script and group
+    std::map<std::string, bool> mNoVersion; // of files of the package
 };
 
 // A script reader that remembers which file the last section came from.
@@ -166,6 +168,7 @@ private:
     Question ProductQuestion(const CommandInfo &info, const std::vector<std::string> &fields);
     Question RouterQuestion(const std::string &command);
     EAnswer AskProduct(const std::string &text);
+    bool HasNoVersion(const std::string &place);
     EAnswer NewerAnswer(const std::string &target, const std::string &source);
     Question Remembered(const std::string &key, const std::string &text);
 

@@ -248,7 +248,7 @@ Plan MakePlan(const PlanOptions &options, IScriptSource &source, const CPackageT
     const CPlanMachine machine(options, tree);
     CProfileReader reader(source);
     Plan plan;
-    PlanContext context{options, machine, tree, reader, plan, {}, false, 0, 0, 0, {}};
+    PlanContext context{options, machine, tree, source, reader, plan, {}, false, 0, 0, 0, {}, {}};
     CSystemState::SetFakeOSType(machine.Windows().mOSType);
     TakeDevices(options, tree, context);
     PlanState ground;
