@@ -95,6 +95,9 @@ EAnswer CPlanRun::Copy(const std::string &from, const std::string &to, EPlanView
     }
     const TreeFact former = target.empty() ? TreeFact() : mState.mFiles.Find(target);
     if (fact.mFolder || target.empty()) {
+        if (former.mThere == EAnswer::EYes && former.mFolder) {
+            throw PlanCourseEnd{false, "the copy of a folder to " + to + ", which is a folder, waits for a place for ever"};
+        }
         // The program makes room before it finds out.
         const bool loses = former.mThere == EAnswer::EYes && !former.mFolder;
         note_O = target.empty() ? "no target" : loses ? "the source is a folder; the target is deleted" : "the source is a folder";
@@ -108,7 +111,8 @@ EAnswer CPlanRun::Copy(const std::string &from, const std::string &to, EPlanView
         return EAnswer::ENo;
     }
     if (former.mThere == EAnswer::EYes && former.mFolder) {
-        note_O = "a folder has this name";
+        note_O = "a folder has this name: the copy stands beside it and waits for the next start of Windows";
+        mRebootRequired = true;
         return EAnswer::ENo;
     }
     if (fact.mThere == EAnswer::EOpen) {
