@@ -101,6 +101,10 @@ EAnswer CPlanRun::Copy(const std::string &from, const std::string &to, EPlanView
         // The program makes room before it finds out.
         const bool loses = former.mThere == EAnswer::EYes && !former.mFolder;
         note_O = target.empty() ? "no target" : loses ? "the source is a folder; the target is deleted" : "the source is a folder";
+        if (!target.empty() && former.mThere == EAnswer::EOpen) {
+            note_O = "the source is a folder; a file at the target is deleted";
+            return EAnswer::EOpen; // and what is not known to be there stays so
+        }
         if (loses) {
             mState.mFiles.Remove(target);
         }

@@ -175,10 +175,10 @@ std::string Numbered(std::string text, const std::string &number)
     return text;
 }
 
-// What tavixpack answers about the package, as JSON.
-Json PlanOf(const Package &package, const std::string &options)
+// What tavixpack writes about the package.
+std::string PlanText(const Package &package, const std::string &options)
 {
-    const std::string file = package.Temp("plan.json");
+    const std::string file = package.Temp("plan.txt");
     SECURITY_ATTRIBUTES inherited = {sizeof inherited, nullptr, TRUE};
     HANDLE output = CreateFileA(file.c_str(), GENERIC_WRITE, FILE_SHARE_READ, &inherited, CREATE_ALWAYS, 0, nullptr);
     STARTUPINFOA startup = {};
@@ -187,8 +187,7 @@ Json PlanOf(const Package &package, const std::string &options)
     startup.hStdOutput = output;
     startup.hStdError = output;
     PROCESS_INFORMATION process = {};
-    std::string line = "\"" + EnvironmentText("TAVIX_PACK") + "\" plan \"" + package.Folder() +
-                       "\" --format json --macro \"TEMP=" + package.Temp() + "\\\" " + options;
+    std::string line = "\"" + EnvironmentText("TAVIX_PACK") + "\" plan \"" + package.Folder() + "\" " + options;
     EXPECT_TRUE(CreateProcessA(nullptr, line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup, &process)) << line;
     EXPECT_EQ(WaitForSingleObject(process.hProcess, 60000), WAIT_OBJECT_0);
     CloseHandle(process.hThread);
@@ -196,6 +195,12 @@ Json PlanOf(const Package &package, const std::string &options)
     CloseHandle(output);
     const std::string text = ReadText(file);
     DeleteFileA(file.c_str());
+    return text;
+}
+
+Json PlanOf(const Package &package, const std::string &options)
+{
+    const std::string text = PlanText(package, "--format json --macro \"TEMP=" + package.Temp() + "\\\" " + options);
     Json json = Json::parse(text, nullptr, false);
     EXPECT_FALSE(json.is_discarded()) << text.substr(0, 2000);
     return json;
@@ -235,7 +240,7 @@ std::vector<Heading> HeadingsOf(const RunResult &run)
 // Walks the plan beside the trace: at an open question along the course that the run has taken.
 class CComparison {
 public:
-    CComparison(const std::vector<Heading> &run, bool described) : mRun(run), mDescribed(described) {}
+    explicit CComparison(const std::vector<Heading> &run) : mRun(run) {}
 
     void Whole(const Json &plan)
     {
@@ -245,6 +250,7 @@ public:
         }
     }
     std::string mFault; // the first difference
+    size_t mOpen = 0;   // steps of the run of which the plan does not know how they come out
 
 private:
     void Fault(const std::string &text)
@@ -295,9 +301,7 @@ private:
         if (step.contains("answer") && step["answer"] != "open" && (step["answer"] == "yes") != yes) {
             Fault(shown + ": the plan says " + step["answer"].get<std::string>());
         } else if (step.contains("yes")) {
-            if (mDescribed) {
-                Fault(shown + ": the plan does not know");
-            }
+            ++mOpen;
             const Json &course = step[yes ? "yes" : "no"];
             Block(course["steps"]);
             if (mFault.empty() && course.contains("end")) {
@@ -320,7 +324,8 @@ private:
         if (tells && !heading.Has(step["fields"][0])) {
             Fault(shown + ": another text");
         }
-        if (!mDescribed && acts == "open") {
+        if (acts == "open") {
+            ++mOpen;
             return;
         }
         const std::string does = step["does"];
@@ -344,7 +349,6 @@ private:
     }
 
     const std::vector<Heading> &mRun;
-    bool mDescribed;
     size_t mAt = 0;
 };
 
@@ -368,6 +372,8 @@ private:
 
 TEST(Plan, SaysWhatARunDoes)
 {
+    SKIP_UNLESS_WINE();
+    const std::pair<const char *, const char *> versions[] = {{"win7", "7"}, {"win81", "8.1"}, {"vista", "vista"}};
     const std::string wanted = EnvironmentText("TAVIX_PLAN_PACKAGES"); // more of them, for a longer look
     const uint32_t packages = wanted.empty() ? 6 : static_cast<uint32_t>(std::stoul(wanted));
     constexpr uint32_t kScripts = 50;
@@ -388,23 +394,43 @@ TEST(Plan, SaysWhatARunDoes)
         }
         package.Steps(calls, "[PlatformData]\nBASE=Software\\\\TAVIX\\\\PlanTest\nUSER=HKEY_CURRENT_USER\\\\Software\\\\TAVIX\\\\PlanUser\n[en]\nPLACE=!TEMP!p.txt\nLog;words\n" + groups);
         package.File("sub.dat", further).File("src\\one.txt", "one").File("src\\two.txt", "two");
-        const std::string all = "--no-device --branches 100000 ";
+        const auto [wine, windows] = versions[seed % 3];
+        const WindowsVersion version(wine);
+        const std::string all = std::string("--windows ") + windows + " --no-device --branches 100000 ";
         const Json known = PlanOf(package, all + "--nothing-else");
         const Json open = PlanOf(package, all);
         const RunResult run = package.Run();
         const std::vector<Heading> headings = HeadingsOf(run);
         ASSERT_GT(headings.size(), kScripts);
         for (const bool described : {true, false}) {
-            CComparison comparison(headings, described);
+            CComparison comparison(headings);
             comparison.Whole(described ? known : open);
             EXPECT_EQ(comparison.mFault, "") << "seed " << seed << (described ? ", described" : ", open");
+            // On a machine that is described the times of files alone leave a question.
+            EXPECT_LT(comparison.mOpen * (described ? 20 : 2), headings.size()) << "seed " << seed;
+            std::printf("seed %u: %u steps and groups, %u of them open\n", static_cast<unsigned>(seed),
+                        static_cast<unsigned>(headings.size()), static_cast<unsigned>(comparison.mOpen));
         }
         EXPECT_EQ(known["exit"], std::to_string(run.mExitCode)) << "seed " << seed;
-        EXPECT_GT(open["questions"].size(), 10u);
+        EXPECT_GT(open["questions"].size(), 3u);
         if (HasFailure()) {
             break; // one is enough to look at
         }
     }
+}
+
+TEST(Plan, LooksAsTheManualShows)
+{
+    const std::string page = ReadText(EnvironmentText("TAVIX_DOCS") + "\\plan.md");
+    const auto block = [&](const std::string &beginning) {
+        const size_t from = page.find(beginning) + beginning.size();
+        return page.substr(from, page.find("```", from) - from);
+    };
+    Package package;
+    package.Script(block("```ini\n; file: PACKAGE/installer.dat\n"));
+    std::string text = PlanText(package, block("$ tavixpack plan PACKAGE").substr(0, 12));
+    text.erase(std::remove(text.begin(), text.end(), '\r'), text.end());
+    EXPECT_EQ(text, block("```text\n"));
 }
 
 } // namespace
