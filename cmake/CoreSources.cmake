@@ -2,6 +2,8 @@
 # Windows and are found by themselves. One file a line, in alphabetical order.
 set(TAVIX_CORE_SOURCES
     src/Commands/CommandFields.cpp
+    src/Commands/ConditionCommands.cpp
+    src/Commands/FlowCommands.cpp
     src/Common/CSystemState.cpp
     src/Common/DriverDate.cpp
     src/Common/DriverNames.cpp
@@ -24,6 +26,8 @@ set(TAVIX_CORE_SOURCES
     src/Devices/RouterQuestions.cpp
     src/Devices/ServiceGroupList.cpp
     src/Devices/TabletSize.cpp
+    src/Files/CustomPath.cpp
+    src/Files/EarlierPackages.cpp
     src/Installer/CommandLine.cpp
     src/Installer/DriverTypes.cpp
     src/Installer/Options.cpp
@@ -67,6 +71,19 @@ set(TAVIX_CORE_SOURCES
     src/Pack/PackageModel.cpp
     src/Pack/PackageTree.cpp
     src/Pack/PageFit.cpp
+    src/Pack/PlanActions.cpp
+    src/Pack/PlanCommand.cpp
+    src/Pack/PlanConditions.cpp
+    src/Pack/PlanFacts.cpp
+    src/Pack/PlanFlow.cpp
+    src/Pack/PlanJson.cpp
+    src/Pack/PlanMachine.cpp
+    src/Pack/PlanPage.cpp
+    src/Pack/PlanPicture.cpp
+    src/Pack/PlanQuestions.cpp
+    src/Pack/PlanRun.cpp
+    src/Pack/PlanText.cpp
+    src/Pack/Planner.cpp
     src/Pack/ProfileFile.cpp
     src/Pack/ProfileReader.cpp
     src/Pack/RegistryPlace.cpp

@@ -8,6 +8,7 @@
 #include "Pack/Console.h"
 #include "Pack/ExitCommand.h"
 #include "Pack/HostServices.h"
+#include "Pack/PlanCommand.h"
 #include "Pack/TraceCommand.h"
 #include "Script/MacroValues.h"
 
@@ -26,6 +27,7 @@ int RunTool(int argc, char **argv)
     CPackCommands commands;
     // One line a sub-command, in the order in which an engineer comes to need them.
     AddCheckCommand(app, commands);
+    AddPlanCommand(app, commands);
     AddTraceCommand(app, commands);
     AddExitCommand(app, commands);
     try {

@@ -41,6 +41,10 @@ public:
     // Moves the cursor: one on for an empty jump, else to where the jump leads.
     void Advance(const std::string &jump);
 
+    // Where the cursor stands; puts it elsewhere.
+    uint32_t Cursor() const { return mCursor; }
+    void MoveTo(uint32_t index) { mCursor = index; }
+
 private:
     std::vector<StepRecord> mRecords;
     std::unordered_map<std::string_view, uint32_t> mLabels; // the last step of each label
