@@ -1,6 +1,9 @@
 # The portable sources. They include no Windows header, directly or through others; all other files of src/ call
 # Windows and are found by themselves. One file a line, in alphabetical order.
 set(TAVIX_CORE_SOURCES
+    src/Commands/CommandFields.cpp
+    src/Commands/ConditionCommands.cpp
+    src/Commands/FlowCommands.cpp
     src/Common/CSystemState.cpp
     src/Common/DriverDate.cpp
     src/Common/DriverNames.cpp
@@ -23,20 +26,68 @@ set(TAVIX_CORE_SOURCES
     src/Devices/RouterQuestions.cpp
     src/Devices/ServiceGroupList.cpp
     src/Devices/TabletSize.cpp
+    src/Files/CustomPath.cpp
+    src/Files/EarlierPackages.cpp
     src/Installer/CommandLine.cpp
     src/Installer/DriverTypes.cpp
     src/Installer/Options.cpp
     src/Installer/Outcomes.cpp
     src/Installer/Preflight.cpp
     src/Installer/PreflightRules.cpp
+    src/Pack/Allowances.cpp
+    src/Pack/CheckCommand.cpp
+    src/Pack/CheckContext.cpp
+    src/Pack/CheckEndless.cpp
+    src/Pack/CheckEscapes.cpp
+    src/Pack/CheckFields.cpp
+    src/Pack/CheckFiles.cpp
+    src/Pack/CheckGroups.cpp
+    src/Pack/CheckInventory.cpp
+    src/Pack/CheckKeys.cpp
+    src/Pack/CheckLabels.cpp
+    src/Pack/CheckLetters.cpp
+    src/Pack/CheckMacros.cpp
+    src/Pack/CheckPages.cpp
+    src/Pack/CheckRemoval.cpp
+    src/Pack/CheckReport.cpp
+    src/Pack/CheckReportJson.cpp
+    src/Pack/CheckSections.cpp
+    src/Pack/CheckSettings.cpp
+    src/Pack/CheckSteps.cpp
+    src/Pack/Checks.cpp
     src/Pack/CodePage.cpp
     src/Pack/Deployment.cpp
+    src/Pack/Diagnostics.cpp
     src/Pack/ErrorTexts.cpp
     src/Pack/ExitCodes.cpp
     src/Pack/ExitCommand.cpp
+    src/Pack/GroupFlow.cpp
+    src/Pack/Inventory.cpp
+    src/Pack/InventoryMatch.cpp
+    src/Pack/NumberText.cpp
+    src/Pack/PackMacros.cpp
+    src/Pack/PackageCheck.cpp
     src/Pack/PackageFolder.cpp
+    src/Pack/PackageModel.cpp
+    src/Pack/PackageTree.cpp
+    src/Pack/PageFit.cpp
+    src/Pack/PlanActions.cpp
+    src/Pack/PlanCommand.cpp
+    src/Pack/PlanConditions.cpp
+    src/Pack/PlanFacts.cpp
+    src/Pack/PlanFlow.cpp
+    src/Pack/PlanJson.cpp
+    src/Pack/PlanMachine.cpp
+    src/Pack/PlanPage.cpp
+    src/Pack/PlanPicture.cpp
+    src/Pack/PlanQuestions.cpp
+    src/Pack/PlanRun.cpp
+    src/Pack/PlanText.cpp
+    src/Pack/Planner.cpp
     src/Pack/ProfileFile.cpp
     src/Pack/ProfileReader.cpp
+    src/Pack/RegistryPlace.cpp
+    src/Pack/ScriptLine.cpp
     src/Pack/TraceCommand.cpp
     src/Pack/TraceJudge.cpp
     src/Pack/TracePage.cpp

@@ -66,6 +66,7 @@ target_link_libraries(tavix_system_support PUBLIC tavix_options GTest::gtest psa
 tavix_test_program(system_tests ${system_sources})
 if(TARGET system_tests)
     target_link_libraries(system_tests PRIVATE tavix_system_support)
+    target_include_directories(system_tests SYSTEM PRIVATE ${JSON_INCLUDE})
 endif()
 
 # Functions of the outer ring against the real Windows; the helpers of the system tests serve here, too.

@@ -11,13 +11,13 @@ import subprocess
 import sys
 
 root = pathlib.Path(__file__).resolve().parent.parent
-table = (root / "src/Commands/CommandTable.cpp").read_text(encoding="utf-8")
-rows = re.findall(r'\{"(\w+)",\s*(\d+),\s*(\w+)\}', table)
+table = (root / "src/Commands/CommandRows.h").read_text(encoding="utf-8")
+rows = re.findall(r"^TVX_COMMAND\((\w+),\s*(\d+),", table, flags=re.M)
 if len(rows) != 115:
-    sys.exit(f"expected 115 rows in the command table, found {len(rows)}: has its form changed?")
+    sys.exit(f"expected 115 rows of commands, found {len(rows)}: has their form changed?")
 
-numbers = [int(number) for _, number, _ in rows]
-if numbers != [number for number in range(116) if number != 93] or len({name for name, _, _ in rows}) != len(rows):
+numbers = [int(number) for _, number in rows]
+if numbers != [number for number in range(116) if number != 93] or len({name for name, _ in rows}) != len(rows):
     sys.exit("the rows of the command table are not those of 0 to 115 without 93, each with a name of its own")
 
 pages = {page: page.read_text(encoding="utf-8") for page in [root / "README.md", *sorted(root.glob("docs/**/*.md"))]}
@@ -35,10 +35,10 @@ for page, text in texts.items():
                 headings.setdefault(name, []).append(page.name)
 
 faults = []
-for name, _, handler in rows:
+for name, _ in rows:
     if name not in headings:
         faults.append(f"{name}: no heading in docs/commands")
-known = {name for name, _, _ in rows}
+known = {name for name, _ in rows}
 for name, places in headings.items():
     if name not in known:
         faults.append(f"{name}: heading in {places[0]}, but no such command")
@@ -56,7 +56,7 @@ for page in [*pages, *sorted((root / "tests/cases").glob("*.md"))]:
             stepped.add(step[1])
 for test in (root / "tests/system").glob("*Test.cpp"):
     stepped |= set(re.findall(r'Steps\(\s*"(\w+)', test.read_text(encoding="utf-8")))
-faults += [f"{name}: no run has it as a step" for name, _, _ in rows if name not in stepped]
+faults += [f"{name}: no run has it as a step" for name, _ in rows if name not in stepped]
 
 index = re.findall(r"^\| \[?`(\w+)", texts.get(root / "docs/commands/index.md", ""), flags=re.M)
 faults += [f"{name}: not in the index" for name in sorted(known - set(index))]

@@ -9,21 +9,28 @@ void StepCommand(CStep &step);
 void StepSetRebootFlag(CStep &step);
 void StepIfRebootRequired(CStep &step);
 void StepShowDialog(CStep &step);
-void StepDelay(CStep &step);
 void StepLog(CStep &step);
 void StepLanguage(CStep &step);
 void StepNULL(CStep &step);
-void StepBreak(CStep &step);
 void StepSetDefaultDebugFilePath(CStep &step);
 void StepIsComment(CStep &step);
 void StepGoTo(CStep &step);
 void StepDONE(CStep &step);
 
-// flags and conditions: Commands/ConditionCommands.cpp
+// steps that wait: Commands/PauseCommands.cpp
+void StepDelay(CStep &step);
+void StepBreak(CStep &step);
+
+// conditions on the machine: Commands/MachineConditionCommands.cpp
 void StepNotExist(CStep &step);
 void StepNotExistRedir(CStep &step);
 void StepExist(CStep &step);
 void StepExistRedir(CStep &step);
+void StepIsXPPro(CStep &step);
+void StepIsXPTE(CStep &step);
+void StepOSVersion(CStep &step);
+
+// flags and conditions on what the run knows: Commands/ConditionCommands.cpp
 void StepProductIDIsAttached(CStep &step);
 void StepProductIDIsNotAttached(CStep &step);
 void StepIsWin8(CStep &step);
@@ -34,9 +41,6 @@ void StepInstallPenCheck(CStep &step);
 void StepInstallBothCheck(CStep &step);
 void StepNoDriverRequired(CStep &step);
 void StepIsXP(CStep &step);
-void StepIsXPPro(CStep &step);
-void StepIsXPTE(CStep &step);
-void StepOSVersion(CStep &step);
 void StepIsInk(CStep &step);
 void StepNotInk(CStep &step);
 void StepIs64(CStep &step);

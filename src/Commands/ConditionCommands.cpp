@@ -1,30 +1,13 @@
-// Steps that only test something and jump, and the flags that some of them test. The words of the outcomes are fixed,
-// also where two commands share them: Is64 and Not64 say what IsInk and NotInk say.
-#include <windows.h>
-
+// Steps that only test what the run knows and jump, and the flags that some of them test. The words of the outcomes are
+// fixed, also where two commands share them: Is64 and Not64 say what IsInk and NotInk say.
 #include "Commands/Commands.h"
 #include "Common/CSystemState.h"
 #include "Common/Trace.h"
-#include "Common/winplats.h"
 #include "Devices/DeviceTable.h"
-#include "Files/FileExists.h"
 #include "Script/CRunState.h"
-#include "Script/OSVersion.h"
 #include "Script/Step.h"
 
 namespace {
-
-bool IsXPFamily()
-{
-    return IsOSTypeXP(CSystemState::GetOSType());
-}
-
-bool IsRunningVersion(const WantedOSVersion &wanted)
-{
-    OSVERSIONINFOA version = {};
-    version.dwOSVersionInfoSize = sizeof version;
-    return GetVersionExA(&version) && wanted.Matches(version.dwMajorVersion, version.dwMinorVersion);
-}
 
 bool HasPenService(const CStep &step)
 {
@@ -36,35 +19,7 @@ bool HasTouchService(const CStep &step)
     return TouchService(step.Main(), step.Main().GetServiceFacts());
 }
 
-void BranchOnFile(CStep &step, bool wanted, bool disableRedirect)
-{
-    const std::string path = step.Expanded();
-    const bool exists = FileExistsStep(path, disableRedirect);
-    trace(7, exists ? "%s Exists\n" : "%s does not Exist\n", path.c_str());
-    BranchOn(step, exists == wanted, nullptr, nullptr);
-}
-
 } // namespace
-
-void StepNotExist(CStep &step)
-{
-    BranchOnFile(step, false, true);
-}
-
-void StepNotExistRedir(CStep &step)
-{
-    BranchOnFile(step, false, false);
-}
-
-void StepExist(CStep &step)
-{
-    BranchOnFile(step, true, true);
-}
-
-void StepExistRedir(CStep &step)
-{
-    BranchOnFile(step, true, false);
-}
 
 void StepProductIDIsAttached(CStep &step)
 {
@@ -95,17 +50,7 @@ void StepIsVista(CStep &step)
 
 void StepIsXP(CStep &step)
 {
-    BranchOn(step, IsXPFamily(), ", IsXP goto step", ", Not XP");
-}
-
-void StepIsXPPro(CStep &step)
-{
-    BranchOn(step, IsXPFamily() && !IsTabletPC(), ", IsXPPro goto step", ", Not XPPro");
-}
-
-void StepIsXPTE(CStep &step)
-{
-    BranchOn(step, IsXPFamily() && IsTabletPC(), ", IsXPTE goto step", ", Not XPTE");
+    BranchOn(step, IsOSTypeXP(CSystemState::GetOSType()), ", IsXP goto step", ", Not XP");
 }
 
 void StepInstallTouchCheck(CStep &step)
@@ -158,14 +103,6 @@ void StepIs64(CStep &step)
 void StepNot64(CStep &step)
 {
     BranchOn(step, step.Main().mWin64 == 0, ", Is Not Ink goto step", ", Is Ink");
-}
-
-void StepOSVersion(CStep &step)
-{
-    const std::string field = step.Plain();
-    const bool matches = IsRunningVersion(ParseOSVersion(field));
-    trace(7, "Is OS=%s, %s\n", field.c_str(), matches ? "True" : "False");
-    BranchOn(step, matches, nullptr, nullptr);
 }
 
 void StepSetFlag(CStep &step)

@@ -1,7 +1,6 @@
 // The conditions on earlier installations.
 #include "Commands/Commands.h"
 #include "Common/DriverNames.h"
-#include "Files/EarlierPackages.h"
 #include "Script/CRunState.h"
 #include "Script/PreSplit.h"
 #include "Script/Step.h"
@@ -13,7 +12,7 @@ void StepDetectPreISDSplit(CStep &step)
 
 void StepIfVHIDObsolete(CStep &step)
 {
-    const bool obsolete =
-        VHIDObsolete(CDriverType::Get(), [&](const std::string &text) { return step.Main().ExpandMacros(text); });
+    const bool obsolete = VHIDObsolete(
+        CDriverType::Get(), [&](const std::string &path) { return LookUpEarlierProgram(step.Main(), path); });
     BranchOn(step, obsolete, ", VHID Obsolete goto step", ", VHID still needed");
 }

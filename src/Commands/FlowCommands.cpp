@@ -1,12 +1,9 @@
 // Commands of the interpreter itself: calling groups, jumping, the trace, the reboot request.
-#include <windows.h>
-
 #include "Commands/Commands.h"
 #include "Common/Trace.h"
 #include "Script/CRunState.h"
 #include "Script/Macros.h"
 #include "Script/Step.h"
-#include "UI/WindowCalls.h"
 
 void StepCommand(CStep &step)
 {
@@ -33,13 +30,6 @@ void StepShowDialog(CStep &step)
     step.Plain();
 }
 
-void StepDelay(CStep &step)
-{
-    const int32_t milliseconds = step.Number();
-    trace(7, "Sleeping %i\n", static_cast<int>(milliseconds));
-    Sleep(milliseconds > 0 ? static_cast<DWORD>(milliseconds) : 0); // a negative number would mean for ever
-}
-
 void StepLog(CStep &step)
 {
     trace(7, "%s\n", step.Plain().c_str());
@@ -57,12 +47,6 @@ void StepLanguage(CStep &step)
 }
 
 void StepNULL(CStep &) {}
-
-// Waits for an answer also in a silent run: it is there for whoever follows a script with a debugger.
-void StepBreak(CStep &)
-{
-    ShowMessageBox("BREAK", "BREAK", MB_ICONWARNING);
-}
 
 void StepGoTo(CStep &step)
 {

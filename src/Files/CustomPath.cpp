@@ -1,7 +1,5 @@
 #include "Files/CustomPath.h"
 
-#include "Files/FileExists.h"
-
 std::string ResolveCustomPath(const std::string &path, const std::string &productName)
 {
     std::string shorter = path;
@@ -10,9 +8,4 @@ std::string ResolveCustomPath(const std::string &path, const std::string &produc
         shorter.erase(at, productName.size());
     }
     return shorter;
-}
-
-std::string CustomPath(const std::string &path, const std::string &productName)
-{
-    return FileExistsStep(path, true) ? path : ResolveCustomPath(path, productName);
 }

@@ -1,11 +1,6 @@
 #include "Files/EarlierPackages.h"
 
 #include "Common/DriverNames.h"
-#include "Common/FileVersion.h"
-#include "Common/Redirection.h"
-#include "Common/TextConversions.h"
-#include "Common/WinFileVersion.h"
-#include "Files/FileExists.h"
 
 namespace {
 
@@ -21,48 +16,37 @@ constexpr VirtualHidUser kProUser = {"!PROGFILES!\\Tablet\\Tavix\\Tavix_Tablet.e
 constexpr VirtualHidUser kISDUser = {"!PROGFILES!\\Tablet\\ISD\\ISD_Tablet.exe", "7.0.5-0"};
 constexpr VirtualHidUser kPenUser = {"!PROGFILES!\\Tablet\\Pen\\Pen_Tablet.exe", "5.3.0-0"};
 
-bool IsThere(const std::string &path)
-{
-    return FileExistsStep(path, true);
-}
-
-FileVersion VersionOf(const std::string &path)
-{
-    const STDisableRedirect redirect(true);
-    return ReadProductVersion(AnsiToUtf8(path));
-}
-
 // A file without a version counts as old: any version is newer than none.
-bool IsThereAndOlder(const std::string &path, const FileVersion &threshold)
+bool IsThereAndOlder(const EarlierProgramLookup &lookUp, const char *path, const FileVersion &threshold)
 {
-    return IsThere(path) && IsNewerThan(threshold, VersionOf(path));
+    const EarlierProgram program = lookUp(path);
+    return program.mExists && IsNewerThan(threshold, program.mVersion);
 }
 
-bool IsClear(const MacroExpander &expand, const VirtualHidUser &user)
+bool IsClear(const EarlierProgramLookup &lookUp, const VirtualHidUser &user)
 {
-    const std::string path = expand(user.mPath);
-    return !IsThere(path) || IsNewerThan(VersionOf(path), FileVersion(user.mThreshold, false));
+    const EarlierProgram program = lookUp(user.mPath);
+    return !program.mExists || IsNewerThan(program.mVersion, FileVersion(user.mThreshold, false));
 }
 
 } // namespace
 
-bool IsPreISDSplitInstalled(const MacroExpander &expand)
+bool IsPreISDSplitInstalled(const EarlierProgramLookup &lookUp)
 {
     const FileVersion split(kSplitVersion, false);
-    return IsThereAndOlder(expand("!SYSTEM!\\Pen_Tablet.exe"), split) ||
-           (IsThereAndOlder(expand("!PROGFILES!\\VTouch\\Remove.exe"), split) &&
-            !IsThere(expand("!PROGFILES!\\Tablet\\Pen\\Pen_Tablet.exe")));
+    return IsThereAndOlder(lookUp, "!SYSTEM!\\Pen_Tablet.exe", split) ||
+           (IsThereAndOlder(lookUp, "!PROGFILES!\\VTouch\\Remove.exe", split) && !lookUp(kPenUser.mPath).mExists);
 }
 
-bool VHIDObsolete(int32_t driverType, const MacroExpander &expand)
+bool VHIDObsolete(int32_t driverType, const EarlierProgramLookup &lookUp)
 {
     switch (driverType & kDriverLineMask) {
     case 1: // Consumer
-        return IsClear(expand, kISDUser) && IsClear(expand, kProUser);
+        return IsClear(lookUp, kISDUser) && IsClear(lookUp, kProUser);
     case 2: // Professional
-        return IsClear(expand, kPenUser) && IsClear(expand, kISDUser);
+        return IsClear(lookUp, kPenUser) && IsClear(lookUp, kISDUser);
     case 3: // ISD
-        return IsClear(expand, kProUser) && IsClear(expand, kPenUser);
+        return IsClear(lookUp, kProUser) && IsClear(lookUp, kPenUser);
     default:
         return false;
     }

@@ -17,16 +17,12 @@
 #include "Installer/Outcomes.h"
 #include "Installer/RunHandles.h"
 #include "Script/ScriptAccess.h"
+#include "Script/ScriptVersion.h"
 #include "Shell/ResourceDll.h"
 #include "Services/ExecuteFile.h"
 #include "UI/Work.h"
 
 namespace {
-
-// Version of the script language that this program reads.
-constexpr char kScriptVersion[] = "1.10.01";
-// Length of the part of the script's version that has to be this program's own.
-constexpr size_t kComparedVersion = 4;
 
 // The program by its full path, from the folder where the system finds it first; no other of its name is started.
 std::string RegistryEditor()
@@ -92,7 +88,7 @@ uint32_t CWinInstallMain::Run(HINSTANCE instance, HINSTANCE, int showCommand)
 bool CWinInstallMain::CheckScriptVersion()
 {
     const std::string version = ReadString("MAIN", "Version", "");
-    if (version.compare(0, kComparedVersion, kScriptVersion, kComparedVersion) == 0) {
+    if (IsScriptVersion(version)) {
         return true;
     }
     trace(1, "Version mismatch: exe-%s, dat-%s\n", kScriptVersion, version.c_str());

@@ -14,6 +14,7 @@
 
 #include "Common/TextConversions.h"
 #include "Common/Trace.h"
+#include "Common/UserLanguage.h"
 #include "Pack/CodePage.h"
 #include "Shell/XmlCodePages.h"
 
@@ -104,6 +105,17 @@ std::string Utf8ToAnsi(const std::string &text)
 
 // The host's library of XML knows the code pages by itself, and the tool merges no documents on Windows.
 void RegisterXmlCodePages() {}
+
+// The language of a run is that of the machine it is for, never that of the machine that the tool runs on.
+uint16_t GetUserUILanguageId()
+{
+    return 0;
+}
+
+uint32_t GetUserLocaleId()
+{
+    return 0;
+}
 
 bool PrepareConsole(const std::string &colour)
 {

@@ -4,9 +4,11 @@
 
 #include <CLI/CLI.hpp>
 
+#include "Pack/CheckCommand.h"
 #include "Pack/Console.h"
 #include "Pack/ExitCommand.h"
 #include "Pack/HostServices.h"
+#include "Pack/PlanCommand.h"
 #include "Pack/TraceCommand.h"
 #include "Script/MacroValues.h"
 
@@ -24,6 +26,8 @@ int RunTool(int argc, char **argv)
         ->capture_default_str();
     CPackCommands commands;
     // One line a sub-command, in the order in which an engineer comes to need them.
+    AddCheckCommand(app, commands);
+    AddPlanCommand(app, commands);
     AddTraceCommand(app, commands);
     AddExitCommand(app, commands);
     try {

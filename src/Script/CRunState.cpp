@@ -89,7 +89,18 @@ uint16_t CRunState::RunGroup(const std::string &group)
 {
     trace(6, "Executing steps for group %s\n", group.c_str());
     StepList steps(mScript.ReadString(group, "", ""));
+    if (mWatcher == nullptr) {
+        return RunList(steps);
+    }
+    mWatcher->GroupBegins(group, steps);
+    mWatcher->StepIsNext(steps);
+    const uint16_t status = RunList(steps);
+    mWatcher->GroupEnds();
+    return status;
+}
 
+uint16_t CRunState::RunList(StepList &steps)
+{
     // Only the outermost group counts for the bar.
     uint32_t lines = 0;
     if (mProgress != nullptr && !mProgress->HasBegun()) {
@@ -124,6 +135,9 @@ uint16_t CRunState::RunGroup(const std::string &group)
             }
         }
         steps.Advance(step.Jump());
+        if (mWatcher != nullptr) {
+            mWatcher->StepIsNext(steps);
+        }
     }
     if (lines != 0) {
         SetBarPosition(PROGRESS_MAX, false);

@@ -52,6 +52,7 @@ struct RunOutcome {
 };
 
 class CRunState;
+class StepList;
 
 // What steps ask of Windows by way of the interpreter.
 class IRunHost {
@@ -66,6 +67,19 @@ public:
 
     // Whether so little stack is left to this thread that a further group might not come back.
     virtual bool IsStackLow() { return false; }
+};
+
+// Looks on while groups run, for a program that tells what a run would do. A run that does it has none.
+class IStepWatcher {
+public:
+    virtual ~IStepWatcher() = default;
+
+    // A group is going to run its steps; it has come to its end.
+    virtual void GroupBegins(const std::string &group, StepList &steps_I_O) = 0;
+    virtual void GroupEnds() = 0;
+
+    // The cursor of the innermost group has come to a step, or behind the last one. It may be moved.
+    virtual void StepIsNext(StepList &steps_I_O) = 0;
 };
 
 class CRunState : public RunOptions,
@@ -104,12 +118,14 @@ public:
 
     CScriptFiles &Script() const { return mScript; }
     void SetProgress(IProgress *progress) { mProgress = progress; }
+    void SetWatcher(IStepWatcher *watcher) { mWatcher = watcher; }
 
     std::map<std::string, uint32_t> mCommandMap; // numbers of the commands by their words
     LanguageProvider mLanguage;
 
 private:
     uint16_t RunGroup(const std::string &group);
+    uint16_t RunList(StepList &steps);
     bool IsEndless(const std::string &group);
     void RunCommand(CStep &step, const std::string &text, uint32_t number) const;
     bool HasBar() const { return mProgress != nullptr && mProgress->HasBar(); }
@@ -119,6 +135,7 @@ private:
     const CommandRow *mRows; // in the order of their numbers
     size_t mRowCount;
     IProgress *mProgress = nullptr;
+    IStepWatcher *mWatcher = nullptr;
     std::vector<std::string> mRunning; // the groups that call each other, the outermost first
     size_t mEndlessFrom = 0;           // how many of them stand around a circle without end; only while there is one
     bool mEndless = false;

@@ -4,6 +4,9 @@
 
 #include <shlobj.h>
 
+#include <iterator>
+#include <string_view>
+
 #include "Common/CSystemState.h"
 #include "Common/importWin32API.h"
 #include "Common/ModulePath.h"
@@ -11,6 +14,7 @@
 #include "Common/Trace.h"
 #include "Registry/RegAccess.h"
 #include "Script/CRunState.h"
+#include "Script/MacroNames.h"
 
 namespace {
 
@@ -74,7 +78,7 @@ std::string ProgramFiles64(const CRunState &run, const std::string &name)
 }
 
 // clang-format off
-const MacroRow kMacros[] = {
+constexpr MacroRow kMacros[] = {
     {".", [](const CRunState &, const std::string &) { return ModuleFolder(); }},
     {"WINDOWS", [](const CRunState &, const std::string &) {
         return SystemFolder(GetWindowsDirectoryA, "GetWindowsDirectory"); }},
@@ -102,6 +106,21 @@ const MacroRow kMacros[] = {
     {"ROUTERFILTER_NAME", [](const CRunState &, const std::string &) { return std::string("tavixrouterfilter"); }},
 };
 // clang-format on
+
+// What looks at scripts without running them goes by the names.
+constexpr bool HaveTheNames()
+{
+    if (std::size(kMacros) != std::size(kMacroNames)) {
+        return false;
+    }
+    for (size_t at = 0; at < std::size(kMacros); ++at) {
+        if (std::string_view(kMacros[at].mName) != kMacroNames[at]) {
+            return false;
+        }
+    }
+    return true;
+}
+static_assert(HaveTheNames());
 
 } // namespace
 

@@ -39,6 +39,7 @@ std::string ExpandHats(const std::string &text, IMacroValues &values)
         const size_t endHat = result.find('^', hat + 1);
         if (endHat == std::string::npos) {
             traceExpectation("endHat != std::string::npos");
+            values.Unpaired('^');
             break;
         }
         const std::string value = HatValue(result.substr(hat + 1, endHat - hat - 1), values);
@@ -56,6 +57,7 @@ std::string ExpandMacros(const std::string &text, IMacroValues &values)
         const size_t endBang = result.find('!', bang + 1);
         if (endBang == std::string::npos) {
             traceExpectation("endBang != std::string::npos");
+            values.Unpaired('!');
             break;
         }
         const std::string value = BangValue(result.substr(bang + 1, endBang - bang - 1), values);

@@ -15,6 +15,9 @@ public:
 
     // The value of an upper-cased name; nothing for a name that means nothing.
     virtual std::optional<std::string> Value(const std::string &upperName) = 0;
+
+    // Told of each mark without its partner, besides the report.
+    virtual void Unpaired(char /*mark*/) {}
 };
 
 // Replaces every ^NAME^. A missing key gives the name itself, ^^ gives ^. An inserted value is not looked at again.

@@ -56,12 +56,13 @@ const std::string &StepList::Text() const
     return mCursor < Count() ? mRecords[mCursor].mText : kNothing;
 }
 
+uint32_t StepList::Find(const std::string &jump) const
+{
+    const auto label = jump == kDoneTarget ? mLabels.end() : mLabels.find(jump);
+    return label == mLabels.end() ? Count() : label->second;
+}
+
 void StepList::Advance(const std::string &jump)
 {
-    if (jump.empty()) {
-        ++mCursor;
-        return;
-    }
-    const auto label = jump == kDoneTarget ? mLabels.end() : mLabels.find(jump);
-    mCursor = label == mLabels.end() ? Count() : label->second;
+    mCursor = jump.empty() ? mCursor + 1 : Find(jump);
 }

@@ -34,9 +34,16 @@ public:
     // Text of the step to run next; empty at the end of the list.
     const std::string &Text() const;
 
-    // Moves the cursor: one on for an empty jump, behind the last step for "<DONE>", else to the last step whose
-    // label equals the jump. An unknown label ends the list.
+    // The step that a jump leads to: the last one whose label equals it. Count(), the end, for "<DONE>" and for a label
+    // that no step has.
+    uint32_t Find(const std::string &jump) const;
+
+    // Moves the cursor: one on for an empty jump, else to where the jump leads.
     void Advance(const std::string &jump);
+
+    // Where the cursor stands; puts it elsewhere.
+    uint32_t Cursor() const { return mCursor; }
+    void MoveTo(uint32_t index) { mCursor = index; }
 
 private:
     std::vector<StepRecord> mRecords;

@@ -1,0 +1,42 @@
+// Plans of any script.
+#include <sstream>
+
+#include "Pack/PlanCommand.h"
+#include "Pack/Planner.h"
+#include "TraceRecorder.h"
+
+namespace {
+
+class COneScript : public IScriptSource {
+public:
+    explicit COneScript(std::string text) : mText(std::move(text)) {}
+    std::optional<std::string> ReadFile(const std::string &path) override
+    {
+        return path == ".\\installer.dat" ? std::optional<std::string>(mText) : std::nullopt;
+    }
+
+private:
+    std::string mText;
+};
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
+{
+    const std::string text(reinterpret_cast<const char *>(data), size);
+    COneScript source("[MAIN]\nVersion=1.10\nPrefType=Pen_Tablet\n[Install]\n" + text);
+    CPackageTree tree;
+    tree.AddFile("installer.dat");
+    PlanOptions options;
+    options.mUninstall = size % 2 != 0;
+    options.mMostBranches = 30;
+    options.mMostSteps = 2000;
+    const Plan plan = MakePlan(options, source, tree);
+    std::ostringstream out;
+    CPackConsole console{out, out};
+    WritePlanText(plan, console);
+    WritePlanJson(plan, out);
+    WritePlanPage(plan, "fuzz", out);
+    TakeTraceRecords();
+    return 0;
+}
