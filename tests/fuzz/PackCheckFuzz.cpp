@@ -4,9 +4,7 @@
 #include "Pack/CheckReport.h"
 #include "Pack/CodePage.h"
 #include "Common/StringUtilities.h"
-#include "Common/UserLanguage.h"
 #include "Require.h"
-#include "TraceRecorder.h"
 
 namespace {
 
@@ -47,19 +45,9 @@ const CPackageTree &Tree()
 
 } // namespace
 
-uint32_t GetUserLocaleId()
+void CheckInput(const std::string &bytes)
 {
-    return 0;
-}
-
-uint16_t GetUserUILanguageId()
-{
-    return 0;
-}
-
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
-{
-    CFuzzPackage package(TextOf(data, size));
+    CFuzzPackage package(bytes);
     const CPackageCheck check(package, Tree(), {"Repair"});
     for (const Diagnostic &found : check.Found()) {
         const std::string_view line = check.LineOf(found.mPlace);
@@ -69,12 +57,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     std::ostringstream text;
     WriteCheckText({{"package", check}}, true, text);
     // Twice the work, so not for each input.
-    if (size % 256 == 0) {
+    if (bytes.size() % 256 == 0) {
         const CPackageCheck again(package, Tree(), {"Repair"});
         Require(again.Found().size() == check.Found().size());
         WriteCheckSarif({{"package", again}}, text);
     }
     Require(text.str().size() > 20);
-    TakeTraceRecords();
-    return 0;
 }

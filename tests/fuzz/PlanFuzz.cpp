@@ -3,7 +3,7 @@
 
 #include "Pack/PlanCommand.h"
 #include "Pack/Planner.h"
-#include "TraceRecorder.h"
+#include "Require.h"
 
 namespace {
 
@@ -21,14 +21,13 @@ private:
 
 } // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
+void CheckInput(const std::string &text)
 {
-    const std::string text(reinterpret_cast<const char *>(data), size);
     COneScript source("[MAIN]\nVersion=1.10\nPrefType=Pen_Tablet\n[Install]\n" + text);
     CPackageTree tree;
     tree.AddFile("installer.dat");
     PlanOptions options;
-    options.mUninstall = size % 2 != 0;
+    options.mUninstall = text.size() % 2 != 0;
     options.mMostBranches = 30;
     options.mMostSteps = 2000;
     const Plan plan = MakePlan(options, source, tree);
@@ -37,6 +36,4 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     WritePlanText(plan, console);
     WritePlanJson(plan, out);
     WritePlanPage(plan, "fuzz", out);
-    TakeTraceRecords();
-    return 0;
 }

@@ -5,20 +5,8 @@
 #include "Common/PlatformRules.h"
 #include "Common/ResourceStrings.h"
 #include "Common/Trace.h"
-#include "Common/UserLanguage.h"
 #include "Tables.h"
 #include "TraceRecorder.h"
-
-// Windows has no part in these tests: they say what the user's languages are.
-uint32_t GetUserLocaleId()
-{
-    return 0x20804; // PRC, sorted by strokes
-}
-
-uint16_t GetUserUILanguageId()
-{
-    return 1033;
-}
 
 namespace {
 
