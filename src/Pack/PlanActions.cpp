@@ -96,11 +96,19 @@ EAnswer CPlanRun::Copy(const std::string &from, const std::string &to, EPlanView
     const TreeFact former = target.empty() ? TreeFact() : mState.mFiles.Find(target);
     if (fact.mFolder || target.empty()) {
         if (former.mThere == EAnswer::EYes && former.mFolder) {
-            throw PlanCourseEnd{false, "the copy of a folder to " + to + ", which is a folder, waits for a place for ever"};
+            throw PlanCourseEnd{false,
+                                "the copy of a folder to " + to + ", which is a folder, waits for a place for ever"};
         }
         // The program makes room before it finds out.
         const bool loses = former.mThere == EAnswer::EYes && !former.mFolder;
-        note_O = target.empty() ? "no target" : loses ? "the source is a folder; the target is deleted" : "the source is a folder";
+        note_O = target.empty() ? "no target"
+                 : loses        ? "the source is a folder; the target is deleted"
+                                : "the source is a folder";
+        if (!target.empty() && former.mThere != EAnswer::EYes && !ParentPath(target).empty()) {
+            TreeFact folder;
+            folder.mFolder = true;
+            mState.mFiles.Put(ParentPath(target), folder); // before the copy fails
+        }
         if (!target.empty() && former.mThere == EAnswer::EOpen) {
             note_O = "the source is a folder; a file at the target is deleted";
             return EAnswer::EOpen; // and what is not known to be there stays so

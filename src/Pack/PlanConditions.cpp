@@ -374,7 +374,8 @@ CPlanRun::Question CPlanRun::ProductQuestion(const CommandInfo &info, const std:
             question.mKnown = AskProduct(text);
             return question;
         }
-        Question question = Remembered("device\n" + fields.front(), "is a device attached whose id holds " + fields.front());
+        Question question =
+            Remembered("device\n" + fields.front(), "is a device attached whose id holds " + fields.front());
         question.mOption = "--device " + Named(fields.front());
         question.mOptionNo = "--no-device";
         if (command == "ProductIDIsNotAttached") {
