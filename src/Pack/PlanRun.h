@@ -37,6 +37,15 @@ struct PlanState {
 // The product's own handlers of the commands that need no Windows, by the commands' words.
 const std::map<std::string, StepHandler> &PortableHandlers();
 
+// The same for conditions that the run itself answers.
+const std::map<std::string, StepHandler> &PortableConditions();
+
+// The view that a command's row tells.
+inline EPlanView PlanViewOf(const CommandInfo &info)
+{
+    return info.mView == EView64 ? EPlanView::E64 : EPlanView::EProcess;
+}
+
 PlanState Joined(const PlanState &left, const PlanState &right);
 
 // What the interpreters of one plan share.
