@@ -80,7 +80,9 @@ set(TAVIX_CORE_SOURCES
     src/Pack/PlanMachine.cpp
     src/Pack/PlanPage.cpp
     src/Pack/PlanPicture.cpp
+    src/Pack/PlanProductQuestions.cpp
     src/Pack/PlanQuestions.cpp
+    src/Pack/PlanRegistryActions.cpp
     src/Pack/PlanRun.cpp
     src/Pack/PlanText.cpp
     src/Pack/Planner.cpp
