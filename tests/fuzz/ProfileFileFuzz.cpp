@@ -17,9 +17,8 @@ private:
 
 } // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
+void CheckInput(const std::string &bytes)
 {
-    const std::string bytes = TextOf(data, size);
     for (const uint32_t number : {1252U, 936U}) {
         const CCodePage codePage(number);
         COneFile source(bytes);
@@ -39,7 +38,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
             }
             // A section is its lines with NULs behind them, and a value is inside of its line.
             const std::string name = codePage.FromWide(UpToNul(section.mName));
-            for (const uint32_t room : {10240U, 2U + static_cast<uint32_t>(size % 40)}) {
+            for (const uint32_t room : {10240U, 2U + static_cast<uint32_t>(bytes.size() % 40)}) {
                 std::vector<char> buffer(room, '#');
                 const uint32_t length = reader.ReadSection(".\\x", name, buffer.data(), room);
                 bool cut = false;
@@ -59,5 +58,4 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
         }
         Require(ends >= 1);
     }
-    return 0;
 }

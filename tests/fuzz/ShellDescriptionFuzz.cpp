@@ -6,7 +6,6 @@
 #include "Shell/ControlPanel.h"
 #include "Shell/LinkData.h"
 #include "Shell/TasksFile.h"
-#include "TraceRecorder.h"
 
 namespace {
 
@@ -48,12 +47,12 @@ void CheckTasksFile(const CplData &cpl, CTestTexts &texts)
 
 } // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
+void CheckInput(const std::string &text)
 {
-    const std::string text = TextOf(data, size);
     const size_t dashes = text.find("\n---\n");
     const XmlUtils::XmlDoc maker = XmlUtils::LoadXmlMemory(text.substr(0, dashes));
-    const XmlUtils::XmlDoc oem = XmlUtils::LoadXmlMemory(dashes < size ? text.substr(dashes + 5) : std::string());
+    const XmlUtils::XmlDoc oem =
+        XmlUtils::LoadXmlMemory(dashes < text.size() ? text.substr(dashes + 5) : std::string());
     CTestTexts texts;
     CplData cpl;
     StartData start;
@@ -70,6 +69,4 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
         const bool isNamed = !value.mName.empty() && value.mName != "@";
         Require(isNamed || !value.mData.empty() || value.mKey.find("CLSID\\") == 0);
     }
-    TakeTraceRecords();
-    return 0;
 }

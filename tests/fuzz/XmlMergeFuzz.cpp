@@ -104,9 +104,8 @@ size_t CopiesOf(const std::string &dest, const std::string &source)
 
 } // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
+void CheckInput(const std::string &text)
 {
-    const std::string text = TextOf(data, size);
     const size_t line = text.find("\n===\n");
     const std::string dest = text.substr(0, line);
     const std::string source = line != std::string::npos ? text.substr(line + 5) : std::string();
@@ -116,5 +115,4 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     } else {
         CheckMerge(dest, source);
     }
-    return 0;
 }

@@ -150,17 +150,6 @@ TEST(XmlUtils, NodesAreFoundAndOutliveTheirDocument)
     EXPECT_EQ(GetNodeText(second.get()), "7"); // the entity went with its document
 }
 
-TEST(XmlUtils, NothingComesOfNothing)
-{
-    EXPECT_EQ(GetNodeName(nullptr) + GetNodeText(nullptr) + GetAttribute(nullptr, "x") + XPathString(nullptr, "/r"),
-              "");
-    EXPECT_FALSE(SaveXmlDocument("x", nullptr, true) || FirstNode(nullptr, "/r") ||
-                 CountElementChildren(nullptr) != 0 || AddChild(nullptr, nullptr, "a", "", true) ||
-                 AddNamespace(nullptr, "u", "p"));
-    AddText(nullptr, "t");
-    SetAttribute(nullptr, "x", "1");
-}
-
 std::string Hex(const std::string &text)
 {
     const std::string bytes = BytesFromHex(text);
