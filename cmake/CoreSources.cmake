@@ -17,6 +17,7 @@ set(TAVIX_CORE_SOURCES
     src/Common/StringUtilities.cpp
     src/Common/TextEncoding.cpp
     src/Common/TokenSplitter.cpp
+    src/Common/TraceSettings.cpp
     src/Common/TvxException.cpp
     src/Devices/CompanionLine.cpp
     src/Devices/DeviceIds.cpp
