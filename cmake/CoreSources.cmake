@@ -17,6 +17,7 @@ set(TAVIX_CORE_SOURCES
     src/Common/StringUtilities.cpp
     src/Common/TextEncoding.cpp
     src/Common/TokenSplitter.cpp
+    src/Common/TraceSettings.cpp
     src/Common/TvxException.cpp
     src/Devices/CompanionLine.cpp
     src/Devices/DeviceIds.cpp
@@ -80,7 +81,9 @@ set(TAVIX_CORE_SOURCES
     src/Pack/PlanMachine.cpp
     src/Pack/PlanPage.cpp
     src/Pack/PlanPicture.cpp
+    src/Pack/PlanProductQuestions.cpp
     src/Pack/PlanQuestions.cpp
+    src/Pack/PlanRegistryActions.cpp
     src/Pack/PlanRun.cpp
     src/Pack/PlanText.cpp
     src/Pack/Planner.cpp

@@ -117,7 +117,7 @@ bool CImportWin32API::LoadDll()
     m_hDll = mLoad ? LoadSystemLibrary(mLibrary.c_str()) : GetModuleHandleA(mLibrary.c_str());
     const DWORD error = GetLastError();
     if (m_hDll == nullptr && mReport) {
-        if (gTraceToDebugOut) {
+        if (TracesToDebugOut()) {
             traceAlways("Import Init: Could not load %s (%d)\n", mLibrary.c_str(), static_cast<int>(error));
         }
         TVX_ASSERT(m_hDll);
@@ -132,7 +132,7 @@ FARPROC CImportWin32API::GetProc(const char *name)
     }
     const FARPROC procAddr = GetProcAddress(m_hDll, name);
     if (procAddr == nullptr && mReport) {
-        if (gTraceToDebugOut) {
+        if (TracesToDebugOut()) {
             traceAlways("GetProcAddress: %s not found in %s\n", name, mLibrary.c_str());
         }
         TVX_ASSERT(procAddr);

@@ -18,9 +18,6 @@
 #include "Pack/CodePage.h"
 #include "Shell/XmlCodePages.h"
 
-int gDiagnosticLevel = kDefaultDiagnosticLevel;
-bool gTraceToDebugOut = true;
-bool gAssertsToDebugOut = true;
 std::function<void(int level, const std::string &message)> gTraceListener;
 
 namespace {
@@ -64,7 +61,7 @@ bool IsTerminal()
 
 int trace(int level, const char *format, ...)
 {
-    if (level >= gDiagnosticLevel) {
+    if (level >= DiagnosticLevel()) {
         return 0;
     }
     va_list arguments;

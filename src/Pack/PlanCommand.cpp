@@ -71,7 +71,8 @@ void AddPlanCommand(CLI::App &app, CPackCommands &commands_I)
         ->check(CLI::IsMember(WindowsNames()))
         ->capture_default_str();
     command->add_option("--bits", plan.mBits, "32 or 64")->check(CLI::IsMember({32, 64}))->capture_default_str();
-    command->add_option("--user", plan.mUser, "who runs it: admin, filtered (an administrator who has to be asked), plain")
+    command
+        ->add_option("--user", plan.mUser, "who runs it: admin, filtered (an administrator who has to be asked), plain")
         ->check(CLI::IsMember({"admin", "filtered", "plain"}))
         ->capture_default_str();
     command->add_option("--language", plan.mLanguage, "language of the run")->capture_default_str();

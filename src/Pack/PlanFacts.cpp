@@ -174,8 +174,8 @@ CTreeFacts CTreeFacts::Joined(const CTreeFacts &left, const CTreeFacts &right)
         TreeFact fact;
         fact.mThere = a.mThere == b.mThere ? a.mThere : EAnswer::EOpen;
         fact.mFolder = a.mFolder || b.mFolder;
-        fact.mWhole = (a.mWhole || a.mThere == EAnswer::ENo) && (b.mWhole || b.mThere == EAnswer::ENo) &&
-                      (a.mWhole || b.mWhole);
+        fact.mWhole =
+            (a.mWhole || a.mThere == EAnswer::ENo) && (b.mWhole || b.mThere == EAnswer::ENo) && (a.mWhole || b.mWhole);
         fact.mFrom = a.mFrom == b.mFrom ? a.mFrom : std::string();
         fact.mVersion = a.mVersion == b.mVersion ? a.mVersion : std::nullopt;
         if (!(joined.Find(path) == fact)) {

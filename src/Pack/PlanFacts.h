@@ -25,8 +25,8 @@ constexpr EAnswer Opposite(EAnswer answer)
 struct TreeFact {
     EAnswer mThere = EAnswer::EOpen;
     bool mFolder = false;
-    bool mWhole = false; // all that is below it has a fact of its own
-    std::string mFrom;   // the file that it is a copy of; empty when it is none that is known
+    bool mWhole = false;                 // all that is below it has a fact of its own
+    std::string mFrom;                   // the file that it is a copy of; empty when it is none that is known
     std::optional<std::string> mVersion; // empty for a file without one
 
     bool operator==(const TreeFact &other) const;

@@ -74,7 +74,6 @@ Json JsonOf(const PlanBlock &block)
 
 } // namespace
 
-
 std::string PlanVerb(const PlanNode &step)
 {
     if (step.mInfo == nullptr) {

@@ -27,13 +27,19 @@ constexpr WindowsRow kWindows[] = {
 constexpr const char *kShared[] = {"catroot", "catroot2", "driverstore", "drivers\\etc", "logfiles", "spool"};
 
 // Keys that every Windows has.
-constexpr const char *kSystemKeys[] = {
-    "software", "software\\microsoft", "software\\microsoft\\windows", "software\\microsoft\\windows\\currentversion",
-    "software\\microsoft\\windows\\currentversion\\uninstall",
-    "software\\microsoft\\windows\\currentversion\\run",
-    "software\\microsoft\\windows nt", "software\\microsoft\\windows nt\\currentversion", "software\\classes",
-    "system", "system\\currentcontrolset", "system\\currentcontrolset\\services",
-    "system\\currentcontrolset\\control"};
+constexpr const char *kSystemKeys[] = {"software",
+                                       "software\\microsoft",
+                                       "software\\microsoft\\windows",
+                                       "software\\microsoft\\windows\\currentversion",
+                                       "software\\microsoft\\windows\\currentversion\\uninstall",
+                                       "software\\microsoft\\windows\\currentversion\\run",
+                                       "software\\microsoft\\windows nt",
+                                       "software\\microsoft\\windows nt\\currentversion",
+                                       "software\\classes",
+                                       "system",
+                                       "system\\currentcontrolset",
+                                       "system\\currentcontrolset\\services",
+                                       "system\\currentcontrolset\\control"};
 
 bool StartsWith(const std::string &text, const std::string &beginning)
 {
@@ -111,15 +117,15 @@ std::vector<std::string> WindowsNames()
 }
 
 CPlanMachine::CPlanMachine(const PlanOptions &options, const CPackageTree &tree)
-    : mWindows(FindWindows(options.mWindows)), mBits(options.mBits), mRestIsMissing(options.mRestIsMissing),
-      mTree(tree)
+    : mWindows(FindWindows(options.mWindows)), mBits(options.mBits), mRestIsMissing(options.mRestIsMissing), mTree(tree)
 {
     if (mWindows == nullptr) {
         throw std::invalid_argument("no such Windows: " + options.mWindows);
     }
     const bool isXP = IsOSTypeXP(mWindows->mOSType);
     const std::string user = isXP ? "C:\\Documents and Settings\\User" : "C:\\Users\\User";
-    const std::string common = isXP ? "C:\\Documents and Settings\\All Users\\" : "C:\\ProgramData\\Microsoft\\Windows\\";
+    const std::string common =
+        isXP ? "C:\\Documents and Settings\\All Users\\" : "C:\\ProgramData\\Microsoft\\Windows\\";
     const std::string programs = Is64() ? "C:\\Program Files (x86)" : "C:\\Program Files";
     mMacros = {
         {".", kPlanFolder},
@@ -139,14 +145,16 @@ CPlanMachine::CPlanMachine(const PlanOptions &options, const CPackageTree &tree)
     for (const std::string &text : options.mMacros) {
         const size_t equals = text.find('=');
         const std::string name = UpperAscii(text.substr(0, equals));
-        const auto macro = std::find_if(mMacros.begin(), mMacros.end(), [&](const auto &row) { return row.first == name; });
+        const auto macro =
+            std::find_if(mMacros.begin(), mMacros.end(), [&](const auto &row) { return row.first == name; });
         if (equals == std::string::npos || macro == mMacros.end()) {
             throw std::invalid_argument("no macro of the machine with a value: " + text);
         }
         macro->second = text.substr(equals + 1);
     }
     for (const auto &[name, value] : mMacros) {
-        for (std::string path = WholePath(value); name != "." && !value.empty() && !path.empty(); path = ParentPath(path)) {
+        for (std::string path = WholePath(value); name != "." && !value.empty() && !path.empty();
+             path = ParentPath(path)) {
             mSystemFolders.push_back(path);
         }
     }
@@ -177,9 +185,8 @@ std::string CPlanMachine::FilePath(const std::string &path, EPlanView view) cons
     if (IsInside(whole, native)) {
         return system + whole.substr(native.size());
     }
-    const bool shared = std::any_of(std::begin(kShared), std::end(kShared), [&](const char *name) {
-        return IsInside(whole, system + '\\' + name);
-    });
+    const bool shared = std::any_of(std::begin(kShared), std::end(kShared),
+                                    [&](const char *name) { return IsInside(whole, system + '\\' + name); });
     return IsInside(whole, system) && !shared ? WholePath(*Macro("WOW64")) + whole.substr(system.size()) : whole;
 }
 
@@ -220,9 +227,9 @@ TreeFact CPlanMachine::KeyGround(const std::string &path) const
     const std::string below = root == std::string::npos ? std::string() : plain.substr(root + 1);
     TreeFact fact;
     fact.mFolder = true;
-    const bool known = below.empty() || (StartsWith(plain, "hklm\\") &&
-                                         std::find(std::begin(kSystemKeys), std::end(kSystemKeys), below) !=
-                                             std::end(kSystemKeys)) ||
+    const bool known = below.empty() ||
+                       (StartsWith(plain, "hklm\\") &&
+                        std::find(std::begin(kSystemKeys), std::end(kSystemKeys), below) != std::end(kSystemKeys)) ||
                        plain == "hkcu\\software";
     fact.mThere = known ? EAnswer::EYes : mRestIsMissing ? EAnswer::ENo : EAnswer::EOpen;
     return fact;

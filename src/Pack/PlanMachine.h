@@ -50,8 +50,8 @@ enum class EPlanView { EProcess, E64 };
 
 class CPlanMachine {
 public:
-    // Throws std::invalid_argument, with words for the user, for a description that makes no sense. The tree, of the package, outlives
-    // the object.
+    // Throws std::invalid_argument, with words for the user, for a description that makes no sense. The tree, of the
+    // package, outlives the object.
     CPlanMachine(const PlanOptions &options, const CPackageTree &tree);
 
     const WindowsRow &Windows() const { return *mWindows; }

@@ -88,7 +88,8 @@ public:
         }
         Picture(plan);
         Questions(plan);
-        mOut << "<div class=bar><h2>Steps</h2><label><input type=checkbox id=acting> only what acts or is not known</label></div>\n";
+        mOut << "<div class=bar><h2>Steps</h2><label><input type=checkbox id=acting> only what acts or is not "
+                "known</label></div>\n";
         Block(plan.mSteps);
         mOut << "</html>\n";
     }
@@ -108,8 +109,10 @@ private:
         const std::string picture = PlanPicture(plan);
         if (!picture.empty()) {
             mOut << "<h2>Groups</h2>\n<div class=\"card scroll\">" << picture
-                 << "</div>\n<p class=legend><span><i class=always></i>is called</span><span><i class=condition></i>is called "
-                    "because a condition holds</span><span><i class=maybe></i>depends on what is not described</span></p>\n";
+                 << "</div>\n<p class=legend><span><i class=always></i>is called</span><span><i class=condition></i>is "
+                    "called "
+                    "because a condition holds</span><span><i class=maybe></i>depends on what is not "
+                    "described</span></p>\n";
         }
     }
 
@@ -120,10 +123,13 @@ private:
         }
         mOut << "<h2>Not described</h2>\n<div class=card><ul class=asked>\n";
         for (const PlanQuestion &question : plan.mQuestions) {
-            mOut << "<li>" << Markup(question.mText) << "? <span class=note>" << Markup(question.mFile.substr(question.mFile.compare(0, 2, ".\\") == 0 ? 2 : 0))
-                 << ":" << question.mLine << (question.mCount > 1 ? ", asked " + std::to_string(question.mCount) + " times" : "") << "</span>";
+            mOut << "<li>" << Markup(question.mText) << "? <span class=note>"
+                 << Markup(question.mFile.substr(question.mFile.compare(0, 2, ".\\") == 0 ? 2 : 0)) << ":"
+                 << question.mLine
+                 << (question.mCount > 1 ? ", asked " + std::to_string(question.mCount) + " times" : "") << "</span>";
             if (!question.mOption.empty()) {
-                mOut << "<br><code>" << Markup(question.mOption) << "</code> or <code>" << Markup(question.mOptionNo) << "</code>";
+                mOut << "<br><code>" << Markup(question.mOption) << "</code> or <code>" << Markup(question.mOptionNo)
+                     << "</code>";
             }
             mOut << "</li>\n";
         }
@@ -153,7 +159,8 @@ private:
     void Group(const PlanNode &group)
     {
         const std::string anchor = PlanAnchor(group.mFile, group.mGroup);
-        mOut << "<details" << (group.mInner.empty() ? "" : " open") << (mAnchors.insert(anchor).second ? " id=\"" + anchor + "\"" : "")
+        mOut << "<details" << (group.mInner.empty() ? "" : " open")
+             << (mAnchors.insert(anchor).second ? " id=\"" + anchor + "\"" : "")
              << (IsQuiet(group) ? " class=quiet" : "") << "><summary>" << Markup(group.mGroup) << "<span class=place>"
              << PlanMarkup(PlanPlace(group)) << "</span></summary>\n";
         Block(group.mInner);
@@ -163,10 +170,14 @@ private:
     void Step(const PlanNode &step)
     {
         const char mark = PlanMark(step);
-        mOut << "<div class=\"step" << (mark == '+' ? " acts" : mark == '?' ? " maybe" : mark == '-' ? " idle" : "")
+        mOut << "<div class=\"step"
+             << (mark == '+'   ? " acts"
+                 : mark == '?' ? " maybe"
+                 : mark == '-' ? " idle"
+                               : "")
              << (IsQuiet(step) ? " quiet" : "") << "\" title=\"" << Markup(step.mText) << "\"><span>" << step.mLine
-             << "</span><span class=mark>" << (mark == '-' ? "&minus;" : std::string(1, mark)) << "</span><span class=word>"
-             << Markup(step.mCommand) << "</span><span class=fields>" << Fields(step);
+             << "</span><span class=mark>" << (mark == '-' ? "&minus;" : std::string(1, mark))
+             << "</span><span class=word>" << Markup(step.mCommand) << "</span><span class=fields>" << Fields(step);
         const std::string outcome = PlanOutcome(step);
         if (!outcome.empty()) {
             mOut << " <span class=answer>" << PlanMarkup(outcome) << "</span>";

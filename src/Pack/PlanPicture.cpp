@@ -137,7 +137,8 @@ std::string CGroupPicture::Curve(const Arrow &arrow) const
     const auto point = [](int x, int y) { return std::to_string(x) + " " + std::to_string(y); };
     if (to.mColumn > from.mColumn) {
         const int x1 = from.mX + kWidth, x2 = to.mX - 7;
-        return "M" + point(x1, y1) + "C" + point(x1 + kAcross / 2, y1) + " " + point(x2 - kAcross / 2, y2) + " " + point(x2, y2);
+        return "M" + point(x1, y1) + "C" + point(x1 + kAcross / 2, y1) + " " + point(x2 - kAcross / 2, y2) + " " +
+               point(x2, y2);
     }
     // Back to an earlier column or down its own: around the right side.
     const int x1 = from.mX + kWidth, x2 = to.mX + kWidth + 7, out = std::max(x1, x2) + kAcross * 2 / 3;
@@ -161,13 +162,16 @@ std::string CGroupPicture::Draw()
     for (const char *kind : {"always", "condition", "maybe"}) {
         svg += std::string("<marker id=\"end-") + kind +
                "\" viewBox=\"0 0 8 8\" refX=\"2\" refY=\"4\" markerWidth=\"8\" markerHeight=\"8\" "
-               "markerUnits=\"userSpaceOnUse\" orient=\"auto\"><path class=\"" + kind + "\" d=\"M0 0L8 4L0 8z\"/></marker>";
+               "markerUnits=\"userSpaceOnUse\" orient=\"auto\"><path class=\"" +
+               kind + "\" d=\"M0 0L8 4L0 8z\"/></marker>";
     }
     svg += "</defs>\n";
     for (const Arrow &arrow : mArrows) {
-        const std::string kind = arrow.mCall == ECall::EAlways ? "always" : arrow.mCall == ECall::ECondition ? "condition" : "maybe";
-        svg += "<path class=\"arrow " + kind + "\" marker-end=\"url(#end-" + kind + ")\" d=\"" + Curve(arrow) + "\"><title>" +
-               PlanMarkup(arrow.mTitle) + (arrow.mCount > 8 ? "\n..." : "") + "</title></path>\n";
+        const std::string kind = arrow.mCall == ECall::EAlways      ? "always"
+                                 : arrow.mCall == ECall::ECondition ? "condition"
+                                                                    : "maybe";
+        svg += "<path class=\"arrow " + kind + "\" marker-end=\"url(#end-" + kind + ")\" d=\"" + Curve(arrow) +
+               "\"><title>" + PlanMarkup(arrow.mTitle) + (arrow.mCount > 8 ? "\n..." : "") + "</title></path>\n";
     }
     for (const Box &box : mBoxes) {
         const std::string x = std::to_string(box.mX), y = std::to_string(box.mY);
@@ -180,14 +184,15 @@ std::string CGroupPicture::Draw()
             }
             name = name.substr(0, end) + "\xE2\x80\xA6";
         }
-        std::string words = box.mMissing ? "no such group" : std::to_string(box.mActs) + (box.mActs == 1 ? " action" : " actions");
+        std::string words =
+            box.mMissing ? "no such group" : std::to_string(box.mActs) + (box.mActs == 1 ? " action" : " actions");
         words += box.mMaybe == 0 ? "" : ", " + std::to_string(box.mMaybe) + " maybe";
         words += box.mRuns < 2 ? "" : ", " + std::to_string(box.mRuns) + " times";
-        svg += "<a href=\"#" + PlanMarkup(PlanAnchor(box.mFile, box.mGroup)) + "\"><g class=\"box" + (box.mMissing ? " missing" : "") +
-               "\" transform=\"translate(" + x + " " + y + ")\"><title>" + PlanMarkup(whole + "  " + PlanShown(box.mFile)) +
-               "</title><rect width=\"" + std::to_string(kWidth) + "\" height=\"" + std::to_string(kHeight) +
-               "\" rx=\"7\"/><text x=\"12\" y=\"20\" class=name>" + PlanMarkup(name) + "</text><text x=\"12\" y=\"36\" class=sub>" +
-               PlanMarkup(words) + "</text></g></a>\n";
+        svg += "<a href=\"#" + PlanMarkup(PlanAnchor(box.mFile, box.mGroup)) + "\"><g class=\"box" +
+               (box.mMissing ? " missing" : "") + "\" transform=\"translate(" + x + " " + y + ")\"><title>" +
+               PlanMarkup(whole + "  " + PlanShown(box.mFile)) + "</title><rect width=\"" + std::to_string(kWidth) +
+               "\" height=\"" + std::to_string(kHeight) + "\" rx=\"7\"/><text x=\"12\" y=\"20\" class=name>" +
+               PlanMarkup(name) + "</text><text x=\"12\" y=\"36\" class=sub>" + PlanMarkup(words) + "</text></g></a>\n";
     }
     return svg + "</svg>\n";
 }
@@ -222,7 +227,8 @@ std::string PlanAnchor(const std::string &file, const std::string &group)
 {
     std::string name = "group-";
     for (const char c : PlanShown(file + "-" + group)) {
-        const bool plain = (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '-' || c == '.';
+        const bool plain =
+            (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '-' || c == '.';
         constexpr char kDigits[] = "0123456789abcdef";
         const auto byte = static_cast<unsigned char>(c);
         name += plain ? std::string(1, c) : std::string{'_', kDigits[byte >> 4], kDigits[byte & 15]};

@@ -17,8 +17,8 @@ void CPlanRun::NoteQuestion(const Question &question)
                               [&](const PlanQuestion &other) { return other.mText == question.mText; });
     if (known == questions.end()) {
         const Frame &frame = mFrames.back();
-        questions.push_back({question.mText, question.mOption, question.mOptionNo, frame.mFile,
-                             LineOf(frame, frame.mIndex), 0});
+        questions.push_back(
+            {question.mText, question.mOption, question.mOptionNo, frame.mFile, LineOf(frame, frame.mIndex), 0});
         known = questions.end() - 1;
     }
     ++known->mCount;

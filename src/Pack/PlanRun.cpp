@@ -13,8 +13,8 @@
 
 namespace {
 
-constexpr uint32_t kMostFrames = 600;     // groups inside groups, before that counts as a circle without end
-constexpr uint32_t kMostRounds = 1000;    // of one step inside one run of its group
+constexpr uint32_t kMostFrames = 600;  // groups inside groups, before that counts as a circle without end
+constexpr uint32_t kMostRounds = 1000; // of one step inside one run of its group
 
 void PlanHandler(CStep &step)
 {
@@ -233,7 +233,8 @@ void CPlanRun::CheckCircle(Frame &frame)
     const auto [seen, first] = frame.mSeen.emplace(frame.mIndex, changes);
     if ((!first && seen->second == changes) || ++frame.mRounds[frame.mIndex] > kMostRounds) {
         const std::string line = std::to_string(LineOf(frame, frame.mIndex));
-        throw PlanCourseEnd{false, "goes round from line " + line + " for ever, unless something else changes the machine"};
+        throw PlanCourseEnd{false,
+                            "goes round from line " + line + " for ever, unless something else changes the machine"};
     }
     seen->second = changes;
     if (++mContext.mSteps > mContext.mOptions.mMostSteps) {

@@ -1,6 +1,6 @@
 // The product's interpreter over the steps of a package, with handlers that write down in place of acting. A question
-// that nobody answers parts the run: each course is run by an interpreter of its own, which is brought to the same step,
-// up to where both meet again, and the first one goes on from there with what both agree on.
+// that nobody answers parts the run: each course is run by an interpreter of its own, which is brought to the same
+// step, up to where both meet again, and the first one goes on from there with what both agree on.
 #pragma once
 
 #include <cstdint>
@@ -37,6 +37,15 @@ struct PlanState {
 // The product's own handlers of the commands that need no Windows, by the commands' words.
 const std::map<std::string, StepHandler> &PortableHandlers();
 
+// The same for conditions that the run itself answers.
+const std::map<std::string, StepHandler> &PortableConditions();
+
+// The view that a command's row tells.
+inline EPlanView PlanViewOf(const CommandInfo &info)
+{
+    return info.mView == EView64 ? EPlanView::E64 : EPlanView::EProcess;
+}
+
 PlanState Joined(const PlanState &left, const PlanState &right);
 
 // What the interpreters of one plan share.
@@ -49,11 +58,11 @@ struct PlanContext {
     Plan &mPlan;
     DevicesFound mDevices;
     bool mDevicesKnown = false;
-    uint64_t mSteps = 0;    // noted so far
-    uint32_t mNested = 0;   // courses inside courses
-    uint32_t mFrames = 0;   // groups that are being run, those of all interpreters together
+    uint64_t mSteps = 0;  // noted so far
+    uint32_t mNested = 0; // courses inside courses
+    uint32_t mFrames = 0; // groups that are being run, those of all interpreters together
     std::map<std::pair<std::string, std::string>, std::vector<uint32_t>> mLines; // of steps, by script and group
-    std::map<std::string, bool> mNoVersion; // of files of the package
+    std::map<std::string, bool> mNoVersion;                                      // of files of the package
 };
 
 // A script reader that remembers which file the last section came from.
@@ -188,9 +197,9 @@ private:
     PlanContext &mContext;
     PlanState mState;
     std::vector<Frame> mFrames;
-    PlanBlock *mTop = nullptr;        // where the outermost group goes
-    std::optional<uint32_t> mMoveTo;  // where the innermost group goes on behind both courses
-    std::vector<uint32_t> mWay;       // the steps that lead to the question that this interpreter begins at
+    PlanBlock *mTop = nullptr;       // where the outermost group goes
+    std::optional<uint32_t> mMoveTo; // where the innermost group goes on behind both courses
+    std::vector<uint32_t> mWay;      // the steps that lead to the question that this interpreter begins at
     PlanBlock *mCourseBlock = nullptr;
     bool mOnTheWay = false;
     std::optional<bool> mForced; // the answer of the first question

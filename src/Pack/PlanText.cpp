@@ -21,10 +21,7 @@ public:
         }
     }
 
-    void Line(size_t depth, const std::string &text)
-    {
-        mConsole.mOut << std::string(depth * 2, ' ') << text << '\n';
-    }
+    void Line(size_t depth, const std::string &text) { mConsole.mOut << std::string(depth * 2, ' ') << text << '\n'; }
 
     std::string Strong(const std::string &text) const { return Coloured(text, "1"); }
     std::string Faint(const std::string &text) const { return Coloured(text, "2"); }
@@ -107,7 +104,8 @@ char PlanMark(const PlanNode &step)
 std::string PlanFields(const PlanNode &step)
 {
     // The target stands behind the answer.
-    const size_t count = step.mFields.size() - (step.mInfo != nullptr && step.mInfo->HasTarget() && !step.mFields.empty() ? 1 : 0);
+    const size_t count =
+        step.mFields.size() - (step.mInfo != nullptr && step.mInfo->HasTarget() && !step.mFields.empty() ? 1 : 0);
     std::string text;
     for (size_t field = step.mInfo == nullptr ? 1 : 0; field < count; ++field) {
         const bool missing = step.mFields[field].empty();
@@ -147,7 +145,9 @@ std::string PlanCourse(const PlanNode &step, bool yes)
 std::string PlanMeeting(const PlanNode &step)
 {
     if (!step.mYes.mEnd.empty() || !step.mNo.mEnd.empty()) {
-        return step.mYes.mEnd.empty() ? "the way of yes goes on:" : step.mNo.mEnd.empty() ? "the way of no goes on:" : "";
+        return step.mYes.mEnd.empty()  ? "the way of yes goes on:"
+               : step.mNo.mEnd.empty() ? "the way of no goes on:"
+                                       : "";
     }
     return step.mMeetLine == 0 ? "both go on at the end of the group"
                                : "both go on at line " + std::to_string(step.mMeetLine);
@@ -161,7 +161,6 @@ std::string PlanEnd(const Plan &plan)
     return "The run ends with exit code " + plan.mExitCodes + ".";
 }
 
-
 void WritePlanText(const Plan &plan, CPackConsole &console)
 {
     CPlanText text(console);
@@ -174,7 +173,8 @@ void WritePlanText(const Plan &plan, CPackConsole &console)
         text.Line(0, "");
         text.Line(0, text.Strong("Not described:"));
         for (const PlanQuestion &question : plan.mQuestions) {
-            text.Line(1, PlanShown(question.mText) + "?" + (question.mCount > 1 ? " (asked " + std::to_string(question.mCount) + " times)" : ""));
+            text.Line(1, PlanShown(question.mText) + "?" +
+                             (question.mCount > 1 ? " (asked " + std::to_string(question.mCount) + " times)" : ""));
             if (!question.mOption.empty()) {
                 text.Line(2, text.Faint(PlanShown(question.mOption + "  or  " + question.mOptionNo)));
             }

@@ -98,7 +98,8 @@ std::string KeyPlace(const std::string &text, const CPlanMachine &machine)
         }
     }
     const auto none = [](const std::string &) { return std::string(); };
-    return machine.KeyPath(ParseRegPathWith(path, kRootLocalMachine, none), is32 ? EPlanView::EProcess : EPlanView::E64);
+    return machine.KeyPath(ParseRegPathWith(path, kRootLocalMachine, none),
+                           is32 ? EPlanView::EProcess : EPlanView::E64);
 }
 
 // A key without a view means both.
@@ -211,7 +212,9 @@ void TakeDevices(const PlanOptions &options, const CPackageTree &tree, PlanConte
 std::string MachineWords(const PlanOptions &options, const CPlanMachine &machine)
 {
     std::string words = machine.Windows().mTitle + std::string(machine.Is64() ? ", 64-bit" : ", 32-bit");
-    words += options.mUser == "admin" ? ", an administrator" : options.mUser == "filtered" ? ", an administrator with filtered rights" : ", no administrator";
+    words += options.mUser == "admin"      ? ", an administrator"
+             : options.mUser == "filtered" ? ", an administrator with filtered rights"
+                                           : ", no administrator";
     for (const std::string &device : options.mDevices) {
         words += ", device " + device;
     }
@@ -284,11 +287,13 @@ Plan MakePlan(const PlanOptions &options, IScriptSource &source, const CPackageT
     CPlanFacts facts(run, machine, options.mUser == "admin" ? 1 : options.mUser == "filtered" ? 2 : 0);
     EPreflightAction action = TakePreflightDecisions(run, facts);
     if (run.mInstallType == ENoISDHardware && !context.mDevicesKnown) {
-        plan.mOpening = "If no device is attached that this package is for, the run is refused with exit code 65. With one:";
+        plan.mOpening =
+            "If no device is attached that this package is for, the run is refused with exit code 65. With one:";
         run.mInstallType = run.mUninstall ? EUninstallAllowed : EInstallAllowed;
     }
     if (action == EPreflightElevate) {
-        plan.mOpening = "The program asks for more rights and starts itself anew; the second process does the following.";
+        plan.mOpening =
+            "The program asks for more rights and starts itself anew; the second process does the following.";
         CPlanFacts elevated(run, machine, 1);
         run.mInstallType = EInstallAllowed;
         run.mUninstall = options.mUninstall;
@@ -307,6 +312,7 @@ Plan MakePlan(const PlanOptions &options, IScriptSource &source, const CPackageT
         return std::to_string(ExitCodeOf(SilentResult(run, run)));
     };
     const EAnswer reboot = run.State().mReboot;
-    plan.mExitCodes = reboot == EAnswer::EOpen ? codeOf(false) + " or " + codeOf(true) : codeOf(reboot == EAnswer::EYes || run.mRebootRequired);
+    plan.mExitCodes = reboot == EAnswer::EOpen ? codeOf(false) + " or " + codeOf(true)
+                                               : codeOf(reboot == EAnswer::EYes || run.mRebootRequired);
     return plan;
 }

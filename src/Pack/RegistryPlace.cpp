@@ -34,7 +34,7 @@ RegistryPlace PlaceOfKey(CPackageModel &model, const std::string &text)
     RegistryPlace place;
     size_t depth = 0;
     const auto platformData = [&](const std::string &name) {
-        const std::string value = name.empty() ? std::string() : model.Value("PlatformData", name);
+        std::string value = name.empty() ? std::string() : model.Value("PlatformData", name);
         if (value.empty()) {
             place.mUnknown.push_back(name);
         }

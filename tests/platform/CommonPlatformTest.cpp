@@ -323,7 +323,7 @@ TEST(Trace, LengthOfTheMessageIsAnsweredAndTheLastErrorKept)
     SetLastError(4711);
     EXPECT_EQ(trace(0, "%s\n", longText.c_str()), 70001);
     EXPECT_EQ(GetLastError(), 4711u);
-    gDiagnosticLevel = 7;
+    SetDiagnosticLevel(7);
     EXPECT_EQ(trace(7, "at the threshold\n"), 0);
     EXPECT_EQ(trace(6, "below it\n"), 9);
     EXPECT_EQ(traceAlways("always\n"), 7);

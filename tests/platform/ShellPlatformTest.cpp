@@ -44,9 +44,9 @@ TEST(ResourceDll, TravelsAsText)
         bytes += static_cast<char>(seed >> 16);
     }
     const std::string file = folder.Write("r.dll", bytes), out = folder.Path("out.dll");
-    gDiagnosticLevel = 1;
+    SetDiagnosticLevel(1);
     EXPECT_EQ(FileToHex(file, file + ".txt"), 0);
-    gDiagnosticLevel = kDefaultDiagnosticLevel;
+    SetDiagnosticLevel(kDefaultDiagnosticLevel);
     const DWORD start = GetTickCount();
     EXPECT_EQ(Extract(Table(ReadBytes(file + ".txt")), out), "0");
     EXPECT_LT(GetTickCount() - start, 5000u); // half a second; a reader that erases what it has read takes minutes

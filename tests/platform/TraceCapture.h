@@ -20,9 +20,9 @@ public:
     {
         CloseTraceSink();
         DeleteFileA(mPath.c_str());
-        gDiagnosticLevel = mLevel;
-        gTraceToDebugOut = mTraceToDebugOut;
-        gAssertsToDebugOut = mAssertsToDebugOut;
+        SetDiagnosticLevel(mLevel);
+        SetTracesToDebugOut(mTraceToDebugOut);
+        SetAssertsToDebugOut(mAssertsToDebugOut);
     }
     CTraceCapture(const CTraceCapture &) = delete;
     CTraceCapture &operator=(const CTraceCapture &) = delete;
@@ -41,6 +41,6 @@ public:
 private:
     const std::string mPath = FreeTempName("TraceCapture");
     size_t mTaken = 0;
-    const int mLevel = gDiagnosticLevel;
-    const bool mTraceToDebugOut = gTraceToDebugOut, mAssertsToDebugOut = gAssertsToDebugOut;
+    const int mLevel = DiagnosticLevel();
+    const bool mTraceToDebugOut = TracesToDebugOut(), mAssertsToDebugOut = AssertsToDebugOut();
 };

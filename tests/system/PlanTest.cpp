@@ -61,28 +61,38 @@ private:
             }
             text += Step() + "\n";
         }
-        text += circle ? "CheckFlag;ROUND" + mNumber + ";1;<out>\nSetFlag;ROUND" + mNumber + ";1\nGoTo;<again>\n<out>NULL\n" : "";
+        text +=
+            circle ? "CheckFlag;ROUND" + mNumber + ";1;<out>\nSetFlag;ROUND" + mNumber + ";1\nGoTo;<again>\n<out>NULL\n"
+                   : "";
         return text + (mDice.OneIn(8) ? "<three>Log;last\n" : "");
     }
 
     std::string Path()
     {
-        return mDice.Of({".\\w\\a.txt", ".\\w\\b.txt", ".\\W\\d\\c.txt", ".\\w\\d", "w", "!TEMP!t.txt", "!TEMP!d\\u.txt", "!TEMP!d",
-                         "!.!\\w\\a.txt", ".\\w\\..\\w\\b.txt", ".\\src\\one.txt", "^PLACE^",
-                         "!SYSTEM!\\TavixPlan\\s.txt", "!WINDOWS!\\SysWOW64\\TavixPlan\\s.txt"});
+        return mDice.Of({".\\w\\a.txt", ".\\w\\b.txt", ".\\W\\d\\c.txt", ".\\w\\d", "w", "!TEMP!t.txt",
+                         "!TEMP!d\\u.txt", "!TEMP!d", "!.!\\w\\a.txt", ".\\w\\..\\w\\b.txt", ".\\src\\one.txt",
+                         "^PLACE^", "!SYSTEM!\\TavixPlan\\s.txt", "!WINDOWS!\\SysWOW64\\TavixPlan\\s.txt"});
     }
     // Never a folder: the program waits for ever for a place beside one that a copy of a folder is to replace.
     std::string CopyTarget()
     {
-        return mDice.Of({".\\w\\a.txt", ".\\w\\b.txt", ".\\W\\d\\c.txt", "!TEMP!t.txt", "!TEMP!d\\u.txt", "^PLACE^", "!.!\\w\\b.txt",
-                         "!SYSTEM!\\TavixPlan\\s.txt", "!WINDOWS!\\SysWOW64\\TavixPlan\\s.txt"});
+        return mDice.Of({".\\w\\a.txt", ".\\w\\b.txt", ".\\W\\d\\c.txt", "!TEMP!t.txt", "!TEMP!d\\u.txt", "^PLACE^",
+                         "!.!\\w\\b.txt", "!SYSTEM!\\TavixPlan\\s.txt", "!WINDOWS!\\SysWOW64\\TavixPlan\\s.txt"});
     }
-    std::string Folder() { return mDice.Of({".\\w", ".\\w\\d", "!TEMP!d", "!TEMP!e\\f", "!SYSTEM!\\TavixPlan", ".\\copy"}); }
-    std::string Source() { return mDice.Of({".\\src\\one.txt", ".\\src\\two.txt", ".\\SRC\\one.txt", "none.txt", ".\\src", "!.!\\src\\two.txt"}); }
+    std::string Folder()
+    {
+        return mDice.Of({".\\w", ".\\w\\d", "!TEMP!d", "!TEMP!e\\f", "!SYSTEM!\\TavixPlan", ".\\copy"});
+    }
+    std::string Source()
+    {
+        return mDice.Of(
+            {".\\src\\one.txt", ".\\src\\two.txt", ".\\SRC\\one.txt", "none.txt", ".\\src", "!.!\\src\\two.txt"});
+    }
     std::string Key()
     {
         return mDice.Of({"Software\\TAVIX\\PlanTest\\A", "HKEY_LOCAL_MACHINE\\Software\\TAVIX\\PlanTest\\A\\B",
-                         "HKEY_CURRENT_USER\\Software\\TAVIX\\PlanUser", "!BASE!\\C", "!BASE!", "!USER!\\D", "HKEY_CURRENT_USER"});
+                         "HKEY_CURRENT_USER\\Software\\TAVIX\\PlanUser", "!BASE!\\C", "!BASE!", "!USER!\\D",
+                         "HKEY_CURRENT_USER"});
     }
     std::string TestedKey()
     {
@@ -104,8 +114,11 @@ private:
     std::string Step()
     {
         switch (mDice.Below(30)) {
-        case 0: case 1: case 2:
-            return mDice.Of({"CopyFile;", "CopyFileRedir;", "CopyFileCustom;", "CopyFileCustomRedir;"}) + Source() + ";" + CopyTarget();
+        case 0:
+        case 1:
+        case 2:
+            return mDice.Of({"CopyFile;", "CopyFileRedir;", "CopyFileCustom;", "CopyFileCustomRedir;"}) + Source() +
+                   ";" + CopyTarget();
         case 3:
             return mDice.Of({"CopyFileIfNewer;", "CopyFileIfNewerRedir;"}) + Source() + ";" + CopyTarget();
         case 4:
@@ -114,38 +127,74 @@ private:
             return mDice.Of({"DeleteDir;", "DeleteDirRedir;"}) + Folder();
         case 6:
             return "DeleteDirContents;" + Folder();
-        case 7: case 8:
+        case 7:
+        case 8:
             return mDice.Of({"DeleteFile;", "DeleteFileRedir;"}) + Path();
         case 9:
-            return "CopyDir;" + mDice.Of({".\\src", ".\\w", ".\\none", ".\\src\\one.txt"}) + ";" + mDice.Of({".\\copy", "!TEMP!e"});
-        case 10: case 11: case 12: case 13:
-            return mDice.Of({"Exist;", "NotExist;", "ExistRedir;", "NotExistRedir;"}) + (mDice.OneIn(3) ? Folder() : Path()) + ";" + Target();
-        case 14: case 15: case 16:
-            return mDice.Of({"RegValueString;", "RegValueStringRedir;", "RegValueExpStr;", "RegValueDWORD;", "RegValueDWORDRedir;"}) +
+            return "CopyDir;" + mDice.Of({".\\src", ".\\w", ".\\none", ".\\src\\one.txt"}) + ";" +
+                   mDice.Of({".\\copy", "!TEMP!e"});
+        case 10:
+        case 11:
+        case 12:
+        case 13:
+            return mDice.Of({"Exist;", "NotExist;", "ExistRedir;", "NotExistRedir;"}) +
+                   (mDice.OneIn(3) ? Folder() : Path()) + ";" + Target();
+        case 14:
+        case 15:
+        case 16:
+            return mDice.Of({"RegValueString;", "RegValueStringRedir;", "RegValueExpStr;", "RegValueDWORD;",
+                             "RegValueDWORDRedir;"}) +
                    Key() + ";" + Name() + ";" + mDice.Of({"text", "", "5", "256", "!APP VERSION!"});
         case 17:
-            return mDice.Of({"RegValueMultiStringAppeRedir;", "RegValueMultiStringDeleRedir;", "RegValueMultiStringAppe;", "RegValueMultiStringDele;"}) +
+            return mDice.Of({"RegValueMultiStringAppeRedir;", "RegValueMultiStringDeleRedir;",
+                             "RegValueMultiStringAppe;", "RegValueMultiStringDele;"}) +
                    Key() + ";list;" + mDice.Of({"a", "b"});
-        case 18: case 19: case 20:
-            return mDice.Of({"RegExist;", "RegNotExist;"}) + TestedKey() + ";" + mDice.Of({"v", "w", "", "list", "@"}) + ";" + Target();
+        case 18:
+        case 19:
+        case 20:
+            return mDice.Of({"RegExist;", "RegNotExist;"}) + TestedKey() + ";" + mDice.Of({"v", "w", "", "list", "@"}) +
+                   ";" + Target();
         case 21:
             return "CheckRegDWORD;" + Key() + ";" + Name() + ";" + mDice.Of({"5", "256", "0"}) + ";" + Target();
         case 22:
             return "SetFlag;" + Flag() + ";" + mDice.Of({"0", "1", "2", "x"});
-        case 23: case 24:
+        case 23:
+        case 24:
             return "CheckFlag;" + Flag() + ";" + mDice.Of({"0", "1", "2"}) + ";" + Target();
         case 25:
-            return mDice.Of({"InstallPenCheck;", "InstallTouchCheck;", "NoDriverRequired;", "IsPenPresent;", "Is64;", "Not64;", "IsWin7;", "IsWin8;",
-                             "IsVista;", "IsXP;", "IsInk;", "OSVersion;6.x;", "OSVersion;6.1;", "ProductIDIsAttached;VID;", "ProductIDIsNotAttached;VID;",
-                             "IfRebootRequired;", "IfNotOlder;.\\w\\a.txt;.\\src\\one.txt;", "DetectPreISDSplit;", "IfVHIDObsolete;", "ConNeedsHidRouter;",
-                             "ShouldUninstallHidRouter;"}) + Target();
+            return mDice.Of({"InstallPenCheck;",
+                             "InstallTouchCheck;",
+                             "NoDriverRequired;",
+                             "IsPenPresent;",
+                             "Is64;",
+                             "Not64;",
+                             "IsWin7;",
+                             "IsWin8;",
+                             "IsVista;",
+                             "IsXP;",
+                             "IsInk;",
+                             "OSVersion;6.x;",
+                             "OSVersion;6.1;",
+                             "ProductIDIsAttached;VID;",
+                             "ProductIDIsNotAttached;VID;",
+                             "IfRebootRequired;",
+                             "IfNotOlder;.\\w\\a.txt;.\\src\\one.txt;",
+                             "DetectPreISDSplit;",
+                             "IfVHIDObsolete;",
+                             "ConNeedsHidRouter;",
+                             "ShouldUninstallHidRouter;"}) +
+                   Target();
         case 26:
-            return mDice.Of({"Log;text !TEMP!", "IsComment;x", "NULL", "Word;of a later version", "# no step", "ShowDialog;1", "Log;a\\0Log;b"}) +
+            return mDice.Of({"Log;text !TEMP!", "IsComment;x", "NULL", "Word;of a later version", "# no step",
+                             "ShowDialog;1", "Log;a\\0Log;b"}) +
                    (mDice.OneIn(6) ? "\nDONE" : "");
         case 27:
             return "GoTo;" + Target();
         case 28:
-            return mCalls == 2 && mDice.OneIn(3) ? "!S$A!;" : mCalls != 0 ? mDice.Of({ "Command;!S$B!;", "!S$F!;.\\sub.dat", "Command;!S$F!;.\\none.dat", "!S$B!;.\\w\\a.txt", "!S$B!;none.dat"}) : "Log;leaf";
+            return mCalls == 2 && mDice.OneIn(3) ? "!S$A!;"
+                   : mCalls != 0 ? mDice.Of({"Command;!S$B!;", "!S$F!;.\\sub.dat", "Command;!S$F!;.\\none.dat",
+                                             "!S$B!;.\\w\\a.txt", "!S$B!;none.dat"})
+                                 : "Log;leaf";
         default:
             return mDice.OneIn(5) ? "SetRebootFlag" : mDice.OneIn(3) ? "Language" : "Log;plain";
         }
@@ -188,7 +237,8 @@ std::string PlanText(const Package &package, const std::string &options)
     startup.hStdError = output;
     PROCESS_INFORMATION process = {};
     std::string line = "\"" + EnvironmentText("TAVIX_PACK") + "\" plan \"" + package.Folder() + "\" " + options;
-    EXPECT_TRUE(CreateProcessA(nullptr, line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup, &process)) << line;
+    EXPECT_TRUE(CreateProcessA(nullptr, line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup, &process))
+        << line;
     EXPECT_EQ(WaitForSingleObject(process.hProcess, 60000), WAIT_OBJECT_0);
     CloseHandle(process.hThread);
     CloseHandle(process.hProcess);
@@ -212,7 +262,8 @@ struct Heading {
     std::vector<std::string> mRecords;
     bool Has(const std::string &pattern) const
     {
-        return std::any_of(mRecords.begin(), mRecords.end(), [&](const std::string &record) { return Fits(pattern, record); });
+        return std::any_of(mRecords.begin(), mRecords.end(),
+                           [&](const std::string &record) { return Fits(pattern, record); });
     }
 };
 
@@ -392,7 +443,9 @@ TEST(Plan, SaysWhatARunDoes)
             groups += Doubled(Numbered(writer.Groups(number), number));
             further += Doubled(Numbered(writer.Further(number), number));
         }
-        package.Steps(calls, "[PlatformData]\nBASE=Software\\\\TAVIX\\\\PlanTest\nUSER=HKEY_CURRENT_USER\\\\Software\\\\TAVIX\\\\PlanUser\n[en]\nPLACE=!TEMP!p.txt\nLog;words\n" + groups);
+        package.Steps(calls, "[PlatformData]\nBASE=Software\\\\TAVIX\\\\PlanTest\nUSER=HKEY_CURRENT_"
+                             "USER\\\\Software\\\\TAVIX\\\\PlanUser\n[en]\nPLACE=!TEMP!p.txt\nLog;words\n" +
+                                 groups);
         package.File("sub.dat", further).File("src\\one.txt", "one").File("src\\two.txt", "two");
         const auto [wine, windows] = versions[seed % 3];
         const WindowsVersion version(wine);

@@ -155,9 +155,9 @@ TEST_F(SystemState, NamesAndNumbersBelongTogether)
     });
     EXPECT_EQ(OSTypeFromName("Unset"), 2000);
     EXPECT_TRUE(OSTypeFromName("windows 7") == -1 && OSTypeFromName("Windows 7 ") == -1 && OSTypeFromName("") == -1);
-    gTraceToDebugOut = false;
+    SetTracesToDebugOut(false);
     SetFakeOSType(60);
-    gTraceToDebugOut = true;
+    SetTracesToDebugOut(true);
     EXPECT_EQ(GetOSType(), 60);
     EXPECT_EQ(TakeAssertions(), "");
 }

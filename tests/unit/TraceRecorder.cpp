@@ -6,10 +6,6 @@
 
 #include "Common/Trace.h"
 
-int gDiagnosticLevel = kDefaultDiagnosticLevel;
-bool gTraceToDebugOut = true;
-bool gAssertsToDebugOut = true;
-
 namespace {
 
 constexpr size_t kMostRecords = 4096;
@@ -52,7 +48,7 @@ std::string WithAssertions(const std::string &outcome)
 
 int trace(int level, const char *format, ...)
 {
-    if (level >= gDiagnosticLevel) {
+    if (level >= DiagnosticLevel()) {
         return 0;
     }
     va_list arguments;

@@ -75,9 +75,9 @@ TEST(XmlUtils, FilesAreReadAndNothingElse)
     EXPECT_EQ(saved, "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<r>\n <a>é</a></r>\n");
     EXPECT_EQ(TakeTraceRecords(),
               std::vector<std::string>{"XmlUtils::SaveXmlDocument - saving to file: XmlUtilsTest.xml..."});
-    gAssertsToDebugOut = false;
+    SetAssertsToDebugOut(false);
     EXPECT_FALSE(SaveXmlDocument("nosuch/folder/x.xml", doc.get(), false));
-    gAssertsToDebugOut = true;
+    SetAssertsToDebugOut(true);
     EXPECT_EQ(TakeTraceRecords().size(), 1u);
     CleanupXml();
     EXPECT_EQ(Loaded("<r>again</r>"), "again");
