@@ -17,6 +17,7 @@ set(TAVIX_CORE_SOURCES
     src/Common/StringUtilities.cpp
     src/Common/TextEncoding.cpp
     src/Common/TokenSplitter.cpp
+    src/Common/TraceSettings.cpp
     src/Common/TvxException.cpp
     src/Devices/CompanionLine.cpp
     src/Devices/DeviceIds.cpp
@@ -56,12 +57,14 @@ set(TAVIX_CORE_SOURCES
     src/Pack/CheckSteps.cpp
     src/Pack/Checks.cpp
     src/Pack/CodePage.cpp
+    src/Pack/Deployment.cpp
     src/Pack/Diagnostics.cpp
     src/Pack/ErrorTexts.cpp
     src/Pack/ExitCodes.cpp
     src/Pack/ExitCommand.cpp
     src/Pack/GroupFlow.cpp
     src/Pack/Inventory.cpp
+    src/Pack/InventoryMatch.cpp
     src/Pack/NumberText.cpp
     src/Pack/PackMacros.cpp
     src/Pack/PackageCheck.cpp

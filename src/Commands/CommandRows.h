@@ -1,6 +1,6 @@
 // The vocabulary of the script: one row a command, in the order of their numbers. Whoever includes this file says with
-// the macro TVX_COMMAND what becomes of a row; CommandTable.cpp makes the table of handlers of it, CommandFields.cpp the
-// description, script/draw-index the index of the manual.
+// the macro TVX_COMMAND what becomes of a row; CommandTable.cpp makes the table of handlers of it, CommandFields.cpp
+// the description, script/draw-index the index of the manual.
 //
 //   TVX_COMMAND(name, number, effect, view, field...)
 //

@@ -63,7 +63,7 @@ int32_t CSystemState::OSTypeFromName(const std::string &name)
 
 void CSystemState::SetFakeOSType(int32_t type)
 {
-    if (gTraceToDebugOut) {
+    if (TracesToDebugOut()) {
         traceAlways("Faking Windows platform: %d\n", type);
     }
     mOSType = type;

@@ -175,7 +175,7 @@ static_assert(RowsStandInOrder(), "every identifier has its row, in the order of
 void BuildDriverSplitNames()
 {
     for (const SplitNamesRow &row : kRows) {
-        if (gAssertsToDebugOut && gDriverSplitNamesMap.count(row.mName)) {
+        if (AssertsToDebugOut() && gDriverSplitNamesMap.count(row.mName)) {
             const std::string expression = std::string("!gDriverSplitNamesMap.count(") + row.mNameText + ")";
             reportAssertion(expression.c_str(), __FILE__, __LINE__);
         }
@@ -207,7 +207,7 @@ std::string GetDriverSplitName(EDriverSplitName name_I, int32_t type)
             return found->second;
         }
     }
-    if (gAssertsToDebugOut) {
+    if (AssertsToDebugOut()) {
         reportAssertion("Found an entry but could not find a value.", __FILE__, __LINE__);
     }
     return std::string();

@@ -32,9 +32,9 @@ std::u16string FindTableString(HMODULE module, uint32_t id, LANGID lang)
 std::wstring ReadTableString(HMODULE module, uint32_t id, LANGID lang)
 {
     const std::u16string text = FindTableString(module, id, lang);
-    if (text.empty() && gTraceToDebugOut) {
-        traceAlways("Couldn't get table string %d (lang %04x, mod %p)\n", static_cast<int>(id), lang,
-                    static_cast<void *>(module));
+    if (text.empty() && TracesToDebugOut()) {
+        traceAlways("Couldn't get table string %d (lang %04x, mod %08X)\n", static_cast<int>(id), lang,
+                    PointerDigits(module));
     }
     return IsCodedString(text) ? Utf8ToWide(DecodeCodedString(text)) : std::wstring(text.begin(), text.end());
 }

@@ -14,10 +14,6 @@
 #include "Common/TraceFile.h"
 #include "Common/TvxSemaphore.h"
 
-int gDiagnosticLevel = kDefaultDiagnosticLevel;
-bool gTraceToDebugOut = true;
-bool gAssertsToDebugOut = true;
-
 namespace {
 
 // A record begins "HH:MM:SS.mmm -- ppppp/ttttt -- "; process and thread ids have ten digits at most.
@@ -233,7 +229,7 @@ std::string TraceSinkPath()
 
 int trace(int level, const char *format, ...)
 {
-    if (level >= gDiagnosticLevel) {
+    if (level >= DiagnosticLevel()) {
         return 0;
     }
     va_list arguments;

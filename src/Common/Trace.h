@@ -3,21 +3,16 @@
 // line, so every format ends in "\n". Text that comes from outside is an argument, never a format.
 #pragma once
 
+#include <cstdint>
 #include <string>
+
+#include "Common/TraceSettings.h"
 
 #if defined(__MINGW32__)
 #define TVX_PRINTF(formatAt, firstAt) __attribute__((format(gnu_printf, formatAt, firstAt)))
 #else
 #define TVX_PRINTF(formatAt, firstAt) __attribute__((format(printf, formatAt, firstAt)))
 #endif
-
-// Threshold of trace(): a record passes when its level is strictly below.
-constexpr int kDefaultDiagnosticLevel = 100;
-extern int gDiagnosticLevel;
-
-// Switches of the settings TraceToDebugOut and AssertsToDebugOut, both on until the settings are read.
-extern bool gTraceToDebugOut;
-extern bool gAssertsToDebugOut;
 
 // Writes one record when `level` is below the threshold; a call above it costs one comparison.
 // Answers the length of the message in characters, 0 when it was filtered, -1 for a bad format.
@@ -36,10 +31,17 @@ void reportAssertion(const char *expression, const char *file, int line);
 // Checks an expectation when assertions are switched on and reports it when it is broken; never stops.
 #define TVX_ASSERT(expression)                                                                                         \
     do {                                                                                                               \
-        if (gAssertsToDebugOut && !(expression)) {                                                                     \
+        if (AssertsToDebugOut() && !(expression)) {                                                                    \
             reportAssertion(#expression, __FILE__, __LINE__);                                                          \
         }                                                                                                              \
     } while (false)
+
+// A pointer or handle for the format "%08X": what "%p" shows where the platform formats, eight digits with capitals.
+// The compiler's own has small letters.
+inline unsigned PointerDigits(const void *pointer)
+{
+    return static_cast<unsigned>(reinterpret_cast<uintptr_t>(pointer));
+}
 
 // "Yes" or "No", the two words of every result line.
 inline const char *YesNo(bool value)

@@ -29,7 +29,7 @@ TraceTimer::TraceTimer(const char *name, int32_t *counter_I_O) : mName(name)
 TraceTimer::~TraceTimer()
 {
     const int64_t counts = PerformanceCount() - mStart;
-    if (gTraceToDebugOut) {
+    if (TracesToDebugOut()) {
         traceAlways("%s, = %.3f ms, %li\n", mName.c_str(),
                     static_cast<double>(counts) / static_cast<double>(mFrequency) * 1000.0,
                     static_cast<long>(mSequence));

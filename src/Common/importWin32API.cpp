@@ -9,7 +9,17 @@
 namespace {
 
 // From the update of 2011 on; the headers of XP do not have it.
-constexpr DWORD kSearchSystem32 = 0x800; // LOAD_LIBRARY_SEARCH_SYSTEM32
+constexpr DWORD kSearchApplicationDir = 0x200; // LOAD_LIBRARY_SEARCH_APPLICATION_DIR
+constexpr DWORD kSearchSystem32 = 0x800;       // LOAD_LIBRARY_SEARCH_SYSTEM32
+
+bool gSearchIsHardened = false;
+
+void SearchIn(DWORD folders)
+{
+    const DWORD error = GetLastError(); // an older Windows lacks the entry
+    Kernel32().SetDefaultDllDirectories(folders);
+    SetLastError(error);
+}
 
 // The folder of the libraries that this process can load, without a back-slash at its end; empty when
 // Windows does not tell. On 64-bit Windows that is the folder behind the redirection, by its own name.
@@ -34,7 +44,22 @@ HMODULE LoadByFullPath(const std::string &path, DWORD flags)
 void HardenLibrarySearch()
 {
     Kernel32().SetDllDirectoryA("");
-    Kernel32().SetDefaultDllDirectories(kSearchSystem32);
+    SearchIn(kSearchSystem32);
+    gSearchIsHardened = true;
+}
+
+CPackageLibrarySearch::CPackageLibrarySearch()
+{
+    if (gSearchIsHardened) {
+        SearchIn(kSearchApplicationDir | kSearchSystem32);
+    }
+}
+
+CPackageLibrarySearch::~CPackageLibrarySearch()
+{
+    if (gSearchIsHardened) {
+        SearchIn(kSearchSystem32);
+    }
 }
 
 HMODULE LoadSystemLibrary(const char *name)
@@ -92,7 +117,7 @@ bool CImportWin32API::LoadDll()
     m_hDll = mLoad ? LoadSystemLibrary(mLibrary.c_str()) : GetModuleHandleA(mLibrary.c_str());
     const DWORD error = GetLastError();
     if (m_hDll == nullptr && mReport) {
-        if (gTraceToDebugOut) {
+        if (TracesToDebugOut()) {
             traceAlways("Import Init: Could not load %s (%d)\n", mLibrary.c_str(), static_cast<int>(error));
         }
         TVX_ASSERT(m_hDll);
@@ -107,7 +132,7 @@ FARPROC CImportWin32API::GetProc(const char *name)
     }
     const FARPROC procAddr = GetProcAddress(m_hDll, name);
     if (procAddr == nullptr && mReport) {
-        if (gTraceToDebugOut) {
+        if (TracesToDebugOut()) {
             traceAlways("GetProcAddress: %s not found in %s\n", name, mLibrary.c_str());
         }
         TVX_ASSERT(procAddr);

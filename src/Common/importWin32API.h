@@ -18,7 +18,8 @@
 // Makes the system folder the only place that libraries are searched in: neither the working directory nor the
 // program's own folder nor PATH, as far as the running Windows can (the working directory from XP SP1 on, the rest on 8
 // and where the update of 2011 is installed). Call it first thing in the process. From then on LoadLibraryA takes full
-// paths and names of system libraries only; what a package brings along goes through LoadPackageLibrary().
+// paths and names of system libraries only; what a package brings along goes through LoadPackageLibrary(), and what it
+// brings along in turn needs a CPackageLibrarySearch.
 void HardenLibrarySearch();
 
 // Loads `name`, a bare file name such as "setupapi.dll", from the folder of the 32-bit system
@@ -33,6 +34,17 @@ HMODULE LoadSystemLibrary(const char *name);
 // HardenLibrarySearch(). What the library depends on is found beside it. `flags` are those of LoadLibraryExA, such as
 // LOAD_LIBRARY_AS_DATAFILE. Answers the module, to be freed with FreeLibrary, or null with the last error set.
 HMODULE LoadPackageLibrary(const std::string &name, DWORD flags = 0);
+
+// Lets the libraries of a package find each other, as they would without HardenLibrarySearch(): while an object of this
+// class lives, the program's folder is searched for the libraries that they depend on and for those that they load by
+// name. The last error stays. On a Windows without that kind of search the folder is searched at all times.
+class CPackageLibrarySearch {
+public:
+    CPackageLibrarySearch();
+    ~CPackageLibrarySearch();
+    CPackageLibrarySearch(const CPackageLibrarySearch &) = delete;
+    CPackageLibrarySearch &operator=(const CPackageLibrarySearch &) = delete;
+};
 
 // Address of `entry` in `module` as the pointer type TEntry, or null with the last error set. A null
 // module, which Windows would take for the program itself, answers null and leaves the error of its load.
@@ -192,8 +204,6 @@ public:
     TVX_ENTRY(LoadIconA);
     TVX_ENTRY(MessageBoxA);
     TVX_ENTRY(MoveWindow);
-    TVX_ENTRY(MsgWaitForMultipleObjects, WAIT_FAILED);
-    TVX_ENTRY(PeekMessageA);
     TVX_ENTRY(PostMessageA);
     TVX_ENTRY(PostQuitMessage);
     TVX_ENTRY(RegisterClassExA);

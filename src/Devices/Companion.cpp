@@ -28,6 +28,7 @@ uint32_t Argument(const std::string &text)
 ELibraryOutcome CallLibrary(const std::string &companion, const char *entry, std::initializer_list<uint32_t> arguments,
                             uint32_t &result_O)
 {
+    const CPackageLibrarySearch search; // until the library is free again
     const CLibrary library(LoadPackageLibrary(companion));
     if (!library) {
         return ENotLoaded;

@@ -17,8 +17,9 @@ public:
     // `removeRole` says that the module was started under the name of the uninstaller.
     CWinInstallMain(const std::string &commandLine, bool removeRole);
 
-    // Teardown: takes back what the process holds for the run and puts the trace file where the script wants it.
-    ~CWinInstallMain() override;
+    // Gives back what the process holds for the run and puts the trace file where the script wants it. The object
+    // itself has to outlive the process's end: nobody waits for its threads, which may be at work on it until then.
+    void TearDown();
 
     // The whole run. Answers the raw result word, see Outcomes.h.
     uint32_t Run(HINSTANCE__ *instance, HINSTANCE__ *previousInstance, int showCommand);

@@ -99,14 +99,14 @@ CWinInstallMain::CWinInstallMain(const std::string &commandLine, bool removeRole
     trace(5, "Checking %s 64bit %s %i\n", "IsWow64Process", YesNo(mWin64 != 0), static_cast<int>(errorBefore));
     CWinSystemState::DetermineOSType(false);
     BuildSupportedDevices(*this);
-    gTraceToDebugOut = ReadInteger("", "TraceToDebugOut", 1) != 0;
-    gAssertsToDebugOut = ReadInteger("", "AssertsToDebugOut", 1) != 0;
+    SetTracesToDebugOut(ReadInteger("", "TraceToDebugOut", 1) != 0);
+    SetAssertsToDebugOut(ReadInteger("", "AssertsToDebugOut", 1) != 0);
     OpenTraceFile();
 
     const uint32_t level = ReadInteger("", "DiagnosticLevel", 0);
     if (level != 0) {
-        gDiagnosticLevel = static_cast<int>(level);
-        trace(0, "Diagnostic level set to %i\n", gDiagnosticLevel);
+        SetDiagnosticLevel(static_cast<int>(level));
+        trace(0, "Diagnostic level set to %i\n", DiagnosticLevel());
     }
     trace(0, "OSPlatform %s\n", GetPlatformText().c_str());
     trace(0, "User Admin Type %i\n", static_cast<int>(GetUserAdminType()));
@@ -129,7 +129,7 @@ void CWinInstallMain::OpenTraceFile()
 {
     const DebugRequest debug = FindDebugOption(SplitCommandLine(mCommandLine));
     if (debug.mAsked) {
-        gDiagnosticLevel += kDebugLevelStep;
+        SetDiagnosticLevel(DiagnosticLevel() + kDebugLevelStep);
     }
     std::string path = debug.mFile;
     if (path.empty()) {
@@ -145,7 +145,7 @@ void CWinInstallMain::OpenTraceFile()
     // The run changes its working directory later, and the file has to be found again at the end.
     const std::string full = FullPath(path);
     const bool opened = OpenTraceSink(full, !mTraceNamed && TraceBeginsAnew(full));
-    if (!gTraceToDebugOut) {
+    if (!TracesToDebugOut()) {
         return;
     }
     if (opened) {
@@ -159,15 +159,16 @@ void CWinInstallMain::OpenTraceFile()
                 now.wYear, now.wHour, now.wMinute);
 }
 
-CWinInstallMain::~CWinInstallMain()
+void CWinInstallMain::TearDown()
 {
-    SetProgress(nullptr);
     mHandles->mProgress.Close();
     mHandles->mWindow.Close();
     mHandles->mRunningMutex.Reset();
-    while (PopRegLocation() == TVXSTATUS_SUCCESS) {
+    if (!mHandles->mWindow.IsAtWork()) { // a step may be in the middle of these lists
+        while (PopRegLocation() == TVXSTATUS_SUCCESS) {
+        }
+        Script().ReleaseSearchList();
     }
-    Script().ReleaseSearchList();
     gWinInstallMain = nullptr;
     PlaceTraceFile();
 }

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
+#include <memory>
 #include <string>
 
 #include "Common/importWin32API.h"
@@ -38,11 +39,13 @@ bool DecideRole(const char *tail)
 uint32_t RunInstaller(const std::string &commandLine, const std::string &note, bool removeRole, HINSTANCE instance,
                       HINSTANCE previousInstance, int showCommand)
 {
-    CWinInstallMain installer(commandLine, removeRole);
+    const auto tearDown = [](CWinInstallMain *run) { run->TearDown(); }; // and not delete
+    const std::unique_ptr<CWinInstallMain, decltype(tearDown)> installer(new CWinInstallMain(commandLine, removeRole),
+                                                                         tearDown);
     if (!note.empty()) {
         trace(0, "%s\n", note.c_str());
     }
-    const uint32_t result = installer.Run(instance, previousInstance, showCommand);
+    const uint32_t result = installer->Run(instance, previousInstance, showCommand);
     trace(7, "[Response Result]\n");
     trace(7, "Resultcode=%d\n", static_cast<int>(result & ~kResultRebootNow));
     return result;
@@ -75,5 +78,7 @@ int WINAPI WinMain(HINSTANCE instance, HINSTANCE previousInstance, LPSTR tail, i
     if ((result & kResultRebootNow) != 0) {
         RebootMachine();
     }
-    return static_cast<int>(exitCode);
+    // At once, without the destructors of the process: a worker whose window was closed in the middle of its steps ends
+    // with the process and not before.
+    ExitProcess(exitCode);
 }

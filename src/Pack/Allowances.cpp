@@ -20,6 +20,7 @@ using Allowances = std::multimap<std::pair<uint32_t, uint32_t>, Allowance>; // b
 std::vector<std::string> CheckNames()
 {
     std::vector<std::string> names;
+    names.reserve(ECheckCount);
     for (int check = 0; check < ECheckCount; ++check) {
         names.emplace_back(InfoOf(static_cast<ECheck>(check)).mName);
     }

@@ -6,6 +6,7 @@
 #include <CLI/CLI.hpp>
 
 #include "Pack/CheckReport.h"
+#include "Pack/CodePage.h"
 #include "Pack/PackageFolder.h"
 
 namespace {
@@ -14,6 +15,7 @@ struct CheckOptions {
     std::vector<std::string> mFolders;
     std::vector<std::string> mCommands;
     std::string mFormat = "text";
+    uint32_t mCodePage = 1252;
     bool mStrict = false;
     bool mList = false;
 };
@@ -46,6 +48,7 @@ int RunCheck(const CheckOptions &options, CPackConsole &console)
     if (options.mList) {
         return ListChecks(console);
     }
+    gCodePage = CCodePage(options.mCodePage);
     std::vector<std::unique_ptr<LoadedPackage>> loaded;
     std::vector<CheckedPackage> packages;
     bool readable = true;
@@ -84,6 +87,9 @@ void AddCheckCommand(CLI::App &app, CPackCommands &commands_I)
         ->allow_extra_args(false);
     command->add_option("--format", options->mFormat, "text, json or sarif")
         ->check(CLI::IsMember({"text", "json", "sarif"}))
+        ->capture_default_str();
+    command->add_option("--code-page", options->mCodePage, "code page of the machines that the package is for")
+        ->check(CLI::IsMember(CCodePage::Known()))
         ->capture_default_str();
     command->add_flag("--strict", options->mStrict, "warnings count like errors for the exit code");
     auto *const list = command->add_flag("--list", options->mList, "lists the checks");

@@ -48,13 +48,13 @@ void CheckText(CheckContext &context, std::string_view raw, bool path,
         }
         const char letter = raw[at + 1];
         const char *const meaning = MeaningOf(letter);
-        const std::string escape = std::string("\\") + letter;
+        const std::string escape = {'\\', letter};
+        const std::string doubled = "write \\" + escape;
         if (meaning == nullptr && !IsPlainEscape(letter)) {
             context.mFound.Add(ECheckLostBackslash, place(at, 2),
-                               "the back-slash of " + escape + " is dropped; write \\" + escape);
+                               "the back-slash of " + escape + " is dropped; " + doubled);
         } else if (meaning != nullptr && path) {
-            context.mFound.Add(ECheckEscapeInPath, place(at, 2),
-                               escape + " is " + meaning + " here; write \\" + escape);
+            context.mFound.Add(ECheckEscapeInPath, place(at, 2), escape + " is " + meaning + " here; " + doubled);
         }
     }
 }
@@ -90,6 +90,22 @@ void CheckStep(CheckContext &context, const ScriptStep &step)
     }
 }
 
+// The text with plain letters in place of characters of two bytes, and of the back-slash that stands up for the second
+// byte of one.
+std::string WithoutPairs(const CCodePage &codePage, std::string text)
+{
+    std::vector<uint32_t> places;
+    codePage.ToWide(text, &places);
+    for (size_t at = 0; at + 1 < places.size(); ++at) {
+        const size_t from = places[at], next = places[at + 1];
+        if (next - from == 2) {
+            const bool doubled = text[from + 1] == '\\' && next < text.size() && text[next] == '\\';
+            text.replace(from, doubled ? 3 : 2, doubled ? 3 : 2, 'x');
+        }
+    }
+    return text;
+}
+
 // Values of the sections that hold them; those of the keys and sections that name paths are paths.
 void CheckValues(CheckContext &context, uint32_t file, const ProfileSection &section, const std::string &name)
 {
@@ -102,7 +118,7 @@ void CheckValues(CheckContext &context, uint32_t file, const ProfileSection &sec
                           EqualsNoCase(key, "DialogData") || EqualsNoCase(key, "MustUninstallFile") ||
                           EqualsNoCase(key, "LicenseFile");
         const CCodePage codePage(CodePageOf(name));
-        const std::string raw = codePage.FromWide(line.mValue);
+        const std::string raw = WithoutPairs(codePage, gCodePage.FromWide(line.mValue));
         const ScriptPlace begin = CPackageModel::PlaceOfValue(&line, file);
         CheckText(context, raw, path, [&](size_t at, size_t length) {
             return ScriptPlace{file, begin.mLine, begin.mColumn + static_cast<uint32_t>(at),

@@ -40,8 +40,19 @@ public:
         return paths;
     }
 
+    // Whether all macros of a text are known; the others are told by their own check.
+    static bool IsExpandable(const std::string &text)
+    {
+        CPackMacros macros;
+        ExpandMacros(text, macros);
+        return macros.mUnknownNames.empty() && macros.mUnpaired.empty();
+    }
+
     void CheckSource(const CommandField &field, size_t at, const std::string &text) const
     {
+        if (!IsExpandable(text)) {
+            return;
+        }
         const std::set<std::string> paths = PathsOf(text);
         std::vector<std::string> missing;
         for (const std::string &path : paths) {
@@ -79,7 +90,7 @@ public:
         const bool makes =
             effect == EMakesFolder || effect == EWritesFile || effect == EWritesFolder || effect == EMakesLink;
         const bool clears = effect == EDeletesFolder || effect == EEmptiesFolder;
-        if (IsEscaped(path) || (!makes && !clears)) {
+        if (IsEscaped(path) || path.front() == ' ' || !IsExpandable(text) || (!makes && !clears)) {
             return;
         }
         const ScriptPlace where = step.PlaceOfField(at);

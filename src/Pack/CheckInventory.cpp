@@ -6,7 +6,7 @@
 #include <unordered_map>
 
 #include "Common/StringUtilities.h"
-#include "Pack/Inventory.h"
+#include "Pack/InventoryMatch.h"
 #include "Pack/PackMacros.h"
 
 namespace {
@@ -21,29 +21,12 @@ const char *NameOf(EView view)
     return view == EView64 ? "64-bit" : "32-bit";
 }
 
-bool EndsIn(const std::string &text, const std::string &end)
-{
-    return text.size() >= end.size() && text.compare(text.size() - end.size(), end.size(), end) == 0;
-}
-
-// What DeleteDirContents leaves in a removal.
-bool IsSpared(const std::string &place)
-{
-    return EndsIn(place, ".DAT") || EndsIn(place, "\\REMOVE.EXE");
-}
-
 // Folders of the machine in which a package makes folders of its own; others have all that is written to.
 bool HoldsPackages(const std::string &folder)
 {
     static const std::set<std::string> folders = {"PROGFILES",       "PROGRAM FILES",  "APP DATA",
                                                   "COMMON PROGRAMS", "COMMON DESKTOP", "PROFILES"};
     return folders.count(folder) != 0;
-}
-
-// The last name of a path.
-std::string LastName(const std::string &place)
-{
-    return place.substr(place.rfind('\\') + 1);
 }
 
 ECheck CheckOf(EThing thing)
@@ -64,56 +47,6 @@ ECheck CheckOf(EThing thing)
         return ECheckLeftDriver;
     default:
         return ECheckLeftValue;
-    }
-}
-
-bool IsFile(EThing thing)
-{
-    return thing == EThing::EFile || thing == EThing::ELink;
-}
-
-// Whether one item takes or tests what the other brings, the views left aside.
-bool Meets(const InventoryItem &takes, const InventoryItem &brings)
-{
-    const bool same = takes.mPlace == brings.mPlace;
-    switch (takes.mThing) {
-    case EThing::EFile:
-        return same && (IsFile(brings.mThing) || brings.mThing == EThing::EFolder);
-    case EThing::EFolder:
-        return same && brings.mThing == EThing::EFolder;
-    case EThing::EContents:
-        if (brings.mThing == EThing::ELinkOfFile) {
-            return IsWithin(brings.mPlace, takes.mPlace);
-        }
-        return (IsFile(brings.mThing) || brings.mThing == EThing::EFolder) && !same &&
-               IsWithin(brings.mPlace, takes.mPlace) && !IsSpared(brings.mPlace);
-    case EThing::EValue:
-        return same && brings.mThing == EThing::EValue && takes.mName == brings.mName;
-    case EThing::EKeyTree:
-        return brings.mThing == EThing::EValue && IsWithin(brings.mPlace, takes.mPlace);
-    case EThing::EShellEntry:
-        return brings.mThing == EThing::EShellEntry && LastName(takes.mPlace) == LastName(brings.mPlace);
-    case EThing::ELinkOfFile:
-        return same && brings.mThing == EThing::ELinkOfFile && takes.mName == brings.mName;
-    default:
-        return same && brings.mThing == takes.mThing;
-    }
-}
-
-bool SameView(const InventoryItem &left, const InventoryItem &right)
-{
-    return left.mView == EViewNone || right.mView == EViewNone || left.mView == right.mView ||
-           ((left.mRuns & kRuns64) == 0 || (right.mRuns & kRuns64) == 0);
-}
-
-// A place and all that it lies in, as an index has them.
-void ForEachAncestor(const std::string &place, const std::function<void(const std::string &)> &visit)
-{
-    for (size_t at = place.size(); at != std::string::npos && at != 0; at = place.rfind('\\', at - 1)) {
-        visit(place.substr(0, at));
-    }
-    if (const size_t mark = place.rfind(kFolderMark); mark != std::string::npos && mark + 1 < place.size()) {
-        visit(place.substr(0, mark + 1));
     }
 }
 
@@ -188,7 +121,7 @@ public:
             }
             if (takes->mThing == EThing::EContents) {
                 mContext.mFound.Add(ECheckForeignTarget, takes->mAt,
-                                    "nothing of the package brings a file into " + ShownPath(takes->mPlace));
+                                    "nothing of the package brings a file into " + takes->mWords);
             } else if (takes->mPlace.compare(0, 6, "\x01TEMP\x01") != 0) {
                 mContext.mFound.Add(ECheckNeverBrought, takes->mAt, "nothing brings " + takes->Shown());
             }
@@ -220,11 +153,6 @@ private:
         return item.mThing == EThing::EFile || item.mThing == EThing::EFolder;
     }
 
-    static std::string KeyOf(const InventoryItem &item)
-    {
-        return item.mThing == EThing::EShellEntry ? LastName(item.mPlace) : item.mPlace;
-    }
-
     // What a package has to take away again.
     static bool Counts(const InventoryItem &item)
     {
@@ -232,6 +160,17 @@ private:
         const std::string folder = FolderOf(item.mPlace, &rest);
         const bool path = IsFile(item.mThing) || item.mThing == EThing::EFolder;
         return !path || (!folder.empty() && folder != "TEMP" && !rest.empty());
+    }
+
+    // What a person calls a folder on the way to a path: as much of the path as the folder has names.
+    static std::string ShownFolder(const std::string &words, const std::string &folder)
+    {
+        const auto depth = std::count(folder.begin(), folder.end(), '\\');
+        size_t at = words.find('\\');
+        for (auto passed = depth; passed > 0 && at != std::string::npos; --passed) {
+            at = words.find('\\', words.find_first_not_of('\\', at));
+        }
+        return words.substr(0, at);
     }
 
     // The folders on the way to what is brought.
@@ -256,6 +195,7 @@ private:
                     mMade.push_back(std::make_unique<InventoryItem>(*item));
                     mMade.back()->mThing = EThing::EFolder;
                     mMade.back()->mPlace = place;
+                    mMade.back()->mWords = ShownFolder(item->mWords, place);
                     mBrings.push_back(mMade.back().get());
                 }
             }
@@ -296,8 +236,14 @@ private:
     {
         const auto found = mBringsWithin.find(KeyOf(takes));
         const std::vector<const InventoryItem *> &brings = found != mBringsWithin.end() ? found->second : kNone;
+        // Every driver that is installed gives Windows an INF file to keep.
+        if (takes.mStep->mWord == "DevRemoveOEMINF") {
+            return std::any_of(mBrings.begin(), mBrings.end(),
+                               [](const InventoryItem *item) { return item->mThing == EThing::EDriver; });
+        }
         const bool any = std::any_of(brings.begin(), brings.end(), [&](const InventoryItem *item) {
-            return Meets(takes, *item) || (takes.mThing == EThing::EFile && item->mPlace == takes.mPlace);
+            return Meets(takes, *item) || takes.mThing == EThing::EContents ||
+                   (takes.mThing == EThing::EFile && item->mPlace == takes.mPlace);
         });
         return any || IsInCopiedFolder(takes);
     }

@@ -17,6 +17,7 @@ namespace {
 constexpr int32_t kPageButtonWidth = 170; // of all pages but the agreement
 constexpr int32_t kButtonEdge = 8;        // of its frame and the mark of the focus
 constexpr size_t kLongestFontName = 31;
+constexpr size_t kMostListed = 8;
 constexpr const char *kLicenseWords[] = {"LicenseTitle", "LicenseText1", "LicenseText2",
                                          "LicenseFile",  "AcceptText",   "DeclineText"};
 constexpr const char *kProgressWords[] = {"ProgressTitle", "InstallProgress"};
@@ -66,8 +67,11 @@ public:
             }
         }
         if (!missing.empty()) {
+            const size_t more = missing.size() > kMostListed ? missing.size() - kMostListed : 0;
+            missing.resize(missing.size() - more);
             mContext.mFound.Add(ECheckMissingPageWord, mContext.mModel.PlaceOfLanguage(mLanguage),
-                                "[" + mLanguage.mName + "] lacks words of the window: " + Listed(missing));
+                                "[" + mLanguage.mName + "] lacks words of the window: " + Listed(missing) +
+                                    (more != 0 ? " and " + std::to_string(more) + " more" : ""));
         }
     }
 

@@ -1,5 +1,4 @@
 // A package that installs its own program is removed from the folder of that: what the removal reads has to be there.
-#include <set>
 #include <unordered_set>
 
 #include "Common/StringUtilities.h"
@@ -40,16 +39,15 @@ public:
 
     void Check()
     {
-        std::set<std::string> scripts = {PlacePath(kMainScript)};
-        for (const std::string &include : mContext.mModel.Includes()) {
-            scripts.insert(PlacePath(include));
-        }
+        std::vector<std::string> scripts = mContext.mModel.Includes();
+        scripts.insert(scripts.begin(), kMainScript);
         ForEachStep(mContext, [&](const CheckedStep &checked) { CheckStep(checked); });
         for (const std::string &script : scripts) {
-            if (IsRelative(script) && !IsBrought(script)) {
+            const std::string place = PlacePath(script);
+            if (IsRelative(place) && !IsBrought(place)) {
                 mContext.mFound.Add(ECheckMissingForRemoval, mProgram->PlaceOfField(1),
-                                    "the program is installed here without " + script +
-                                        ", which it reads in a removal");
+                                    "the program is installed here without " +
+                                        PlainPackagePath(script).value_or(script) + ", which it reads in a removal");
             }
         }
     }
@@ -67,7 +65,8 @@ private:
         } else if (step.mCommand->mEffect == EWritesFile) {
             mFiles.insert(target);
             const std::string source = LastName(PlaceOf(mContext, step, 0));
-            if (mProgram == nullptr && (source == "TAVIXSETUP.EXE" || source == "REMOVE.EXE") && !IsRelative(target)) {
+            if (mProgram == nullptr && (source == "TAVIXSETUP.EXE" || source == "REMOVE.EXE") && !IsRelative(target) &&
+                FolderOf(target) != "TEMP") {
                 mProgram = &step;
                 mFolder = target.substr(0, target.size() - LastName(target).size());
             }
@@ -97,7 +96,7 @@ private:
             if (IsRelative(place) && place.find(kFolderMark) == std::string::npos && there && !IsBrought(place)) {
                 mContext.mFound.Add(ECheckMissingForRemoval, step.PlaceOfField(at),
                                     "a removal runs in " + ShownPath(mFolder.substr(0, mFolder.size() - 1)) +
-                                        ", where Install puts no " + place);
+                                        ", where Install puts no " + PlainPackagePath(ShownPath(text)).value_or(place));
             }
         };
         if (step.mCommand == nullptr && !step.mFields.empty()) {

@@ -20,7 +20,7 @@ ScriptPlace PlaceOf(const ProfileSection &section, uint32_t file)
 void CheckStrayLines(CheckContext &context, uint32_t file)
 {
     for (const ProfileLine &line : context.mModel.File(file).Sections().front().mLines) {
-        if (!line.IsComment()) {
+        if (!line.IsComment() && line.mKey.substr(0, 1) != u"#") {
             context.mFound.Add(ECheckStrayLine, CPackageModel::PlaceOfKey(&line, file),
                                "nothing reads a line in front of the first section");
             return;
@@ -84,7 +84,8 @@ void CheckShadowedGroups(CheckContext &context, uint32_t file)
     }
     for (const ProfileSection &section : script.mFile->Sections()) {
         const std::string name = NameOf(section);
-        if (section.mPlace.mLine == 0 || context.mModel.IsDataSection(name) || context.mModel.IsLanguageSection(name)) {
+        if (section.mPlace.mLine == 0 || name.empty() || context.mModel.IsDataSection(name) ||
+            context.mModel.IsLanguageSection(name)) {
             continue;
         }
         const ScriptGroup &read = context.mModel.Group("", name);

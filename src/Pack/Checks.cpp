@@ -35,6 +35,26 @@ size_t EditDistance(const std::string &a, const std::string &b, size_t most)
     return row[b.size()];
 }
 
+// A bit for each letter that a word has, whatever its case.
+uint32_t LettersOf(const std::string &word)
+{
+    uint32_t letters = 0;
+    for (const char c : word) {
+        letters |= uint32_t{1} << (static_cast<unsigned char>(c) & 0x1F);
+    }
+    return letters;
+}
+
+// Whether two words are too different for `most` changes, each of which brings in or takes away two letters at most.
+bool AreFar(uint32_t left, uint32_t right, size_t most)
+{
+    size_t different = 0;
+    for (uint32_t bits = left ^ right; bits != 0; bits &= bits - 1) {
+        ++different;
+    }
+    return different > 2 * most;
+}
+
 } // namespace
 
 const char *SeverityWord(ESeverity severity)
@@ -61,9 +81,13 @@ std::string NearestName(const std::string &word, const std::vector<std::string> 
         return std::string();
     }
     const std::string upper = UpperAscii(word);
+    const uint32_t letters = LettersOf(word);
     size_t most = std::min<size_t>(3, (word.size() + 2) / 4);
     std::string nearest;
     for (const std::string &name : names) {
+        if (AreFar(letters, LettersOf(name), most)) {
+            continue;
+        }
         const size_t distance = EditDistance(upper, UpperAscii(name), most);
         if (distance <= most && (nearest.empty() || distance < most)) {
             nearest = name;

@@ -65,7 +65,7 @@ private:
             return;
         }
         const size_t trails = row.mLastTrail - row.mFirstTrail + 1U;
-        mPairs.assign((row.mLastLead - row.mFirstLead + 1U) * 0x100, row.mUnknown);
+        mPairs.assign((row.mLastLead - row.mFirstLead + size_t{1}) * 0x100, row.mUnknown);
         for (size_t lead = row.mFirstLead; lead <= row.mLastLead; ++lead) {
             mIsLead[lead] = row.mSingles[lead - 0x80] == kNone;
         }

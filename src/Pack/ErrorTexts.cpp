@@ -11,7 +11,7 @@ struct ErrorRow {
     const char *mText;
 };
 
-// Rising. The words are ours; those of Windows are longer and differ with its language.
+// The words are ours; those of Windows are longer and differ with its language.
 constexpr ErrorRow kErrors[] = {
     {1, "the function is not valid here"},
     {2, "the file is not there"},
@@ -289,6 +289,17 @@ constexpr ErrorRow kErrors[] = {
     {0x800F024B, "a file is not the one that the catalog has"},
     {0x800F024C, "the driver could not be taken out of the driver store"},
 };
+
+constexpr bool IsRising()
+{
+    for (size_t at = 1; at < std::size(kErrors); ++at) {
+        if (kErrors[at - 1].mError >= kErrors[at].mError) {
+            return false;
+        }
+    }
+    return true;
+}
+static_assert(IsRising(), "a search would miss rows that are out of order");
 
 constexpr uint32_t kComOfWindows = 0x80070000; // a result of COM with an error of Windows inside
 

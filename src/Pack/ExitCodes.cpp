@@ -13,7 +13,7 @@ struct RunEnd {
     const char *mWords;
 };
 
-// In the order in which they are told: what happens daily first.
+// In the order in which they are told: what happens daily first. No run comes to the page of EPreSplit by itself.
 constexpr RunEnd kRunEnds[] = {
     {EInstallAllowed, EExitKind::EDone, "Done."},
     {EUninstallAllowed, EExitKind::EDone, "Done."},
@@ -23,7 +23,6 @@ constexpr RunEnd kRunEnds[] = {
     {ENoISDHardware, EExitKind::ENoHardware,
      "Nothing was done: the package is for built-in devices, and this machine has none of them."},
     {ENonAdmin, EExitKind::ENoRun, "Nothing was done: the user is no administrator (Windows XP)."},
-    {EPreSplit, EExitKind::ENoRun, "Nothing was done: an older product is in the way."},
 };
 
 constexpr char kFailedWords[] = "Nothing was done: the script's Version or PrefType is not known, another run is in "
@@ -45,6 +44,10 @@ void AddMeaning(std::vector<ExitMeaning> &meanings_I, bool silent, EExitKind kin
 template <typename TVisit>
 void VisitRuns(TVisit visit)
 {
+    for (const bool silent : {true, false}) {
+        visit(ExitCodeOf(kResultFailed), silent, EExitKind::ENoRun, kFailedWords);
+        visit(ExitCodeOf(kResultNotElevated), silent, EExitKind::ENotElevated, kNotElevatedWords);
+    }
     for (const RunEnd &end : kRunEnds) {
         for (const bool silent : {true, false}) {
             for (const bool restart : {false, true}) {
@@ -74,10 +77,6 @@ void VisitRuns(TVisit visit)
                 }
             }
         }
-    }
-    for (const bool silent : {true, false}) {
-        visit(ExitCodeOf(kResultFailed), silent, EExitKind::ENoRun, kFailedWords);
-        visit(ExitCodeOf(kResultNotElevated), silent, EExitKind::ENotElevated, kNotElevatedWords);
     }
 }
 

@@ -6,6 +6,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include "Pack/Deployment.h"
 #include "Pack/ExitCodes.h"
 
 namespace {
@@ -66,14 +67,28 @@ std::optional<uint32_t> ParseExitCode(const std::string &text)
 
 int RunExit(const ExitOptions &options, CPackConsole &console)
 {
-    return TellCode(options.mCode, console);
+    if (options.mCode.empty() && options.mFor.empty()) {
+        console.mError << "tavixpack: an exit code or --for is needed\n";
+        return kPackUnreadable;
+    }
+    int result = kPackDone;
+    if (!options.mCode.empty()) {
+        result = TellCode(options.mCode, console);
+    }
+    if (result == kPackDone && !options.mFor.empty()) {
+        console.mOut << DeploymentPage(options.mFor);
+    }
+    return result;
 }
 
 void AddExitCommand(CLI::App &app, CPackCommands &commands_I)
 {
-    CLI::App *const command = app.add_subcommand("exit", "An exit code in words.");
+    CLI::App *const command =
+        app.add_subcommand("exit", "An exit code in words, or what to tell who hands the package out.");
     const auto options = std::make_shared<ExitOptions>();
     command->add_option("CODE", options->mCode, "decimal, negative or with 0x");
+    command->add_option("--for", options->mFor, "the commands and return codes for one of these systems")
+        ->check(CLI::IsMember(DeploymentSystems()));
     command->callback([options, &commands_I] {
         commands_I.mRun = [options](CPackConsole &console) { return RunExit(*options, console); };
     });

@@ -52,7 +52,8 @@ void CGroupFlow::LoadRest()
         const ScriptFile file = mModel.Files()[number];
         for (const ProfileSection &section : file.mFile->Sections()) {
             const std::string name = gCodePage.FromWide(section.mName);
-            if (section.mPlace.mLine != 0 && !mModel.IsDataSection(name) && !mModel.IsLanguageSection(name)) {
+            if (section.mPlace.mLine != 0 && !name.empty() && !mModel.IsDataSection(name) &&
+                !mModel.IsLanguageSection(name)) {
                 mModel.Group(file.mRole == EScriptRole::ECalled ? ".\\" + file.mPath : std::string(), name);
             }
         }

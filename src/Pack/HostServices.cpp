@@ -18,9 +18,6 @@
 #include "Pack/CodePage.h"
 #include "Shell/XmlCodePages.h"
 
-int gDiagnosticLevel = kDefaultDiagnosticLevel;
-bool gTraceToDebugOut = true;
-bool gAssertsToDebugOut = true;
 std::function<void(int level, const std::string &message)> gTraceListener;
 
 namespace {
@@ -64,7 +61,7 @@ bool IsTerminal()
 
 int trace(int level, const char *format, ...)
 {
-    if (level >= gDiagnosticLevel) {
+    if (level >= DiagnosticLevel()) {
         return 0;
     }
     va_list arguments;
@@ -121,7 +118,12 @@ bool PrepareConsole(const std::string &colour)
 {
     const bool terminal = IsTerminal();
 #ifdef _WIN32
-    SetConsoleOutputCP(CP_UTF8);
+    static UINT former = 0;
+    if (_isatty(_fileno(stdout)) != 0) {
+        former = GetConsoleOutputCP();
+        SetConsoleOutputCP(CP_UTF8);
+        std::atexit([] { SetConsoleOutputCP(former); }); // the console goes on living
+    }
 #endif
     return colour == "always" || (colour == "auto" && terminal && std::getenv("NO_COLOR") == nullptr);
 }

@@ -48,27 +48,21 @@ bool HasTwoViews(const std::string &place)
 std::string InventoryItem::Shown() const
 {
     switch (mThing) {
-    case EThing::EFile:
-    case EThing::ELink:
-        return ShownPath(mPlace);
     case EThing::EFolder:
-        return "the folder " + ShownPath(mPlace);
+        return "the folder " + mWords;
     case EThing::EContents:
-        return "what is in " + ShownPath(mPlace);
-    case EThing::EValue:
-        return mPlace + " " + (mName.empty() ? "@" : mName);
+        return "what is in " + mWords;
     case EThing::EKeyTree:
-        return "the key " + mPlace;
+        return "the key " + mWords;
     case EThing::ELinkOfFile:
-        return "the link " + mName + " in " + ShownPath(mPlace);
+        return "the link " + mWords;
     case EThing::EShellEntry:
-        return "what " + ShownPath(mPlace) + " registers";
+        return "what " + mWords + " registers";
     case EThing::EService:
-        return "the service " + mName;
-    case EThing::EDriver:
-        return mName;
+        return "the service " + mWords;
+    default:
+        return mWords;
     }
-    return std::string();
 }
 
 CInventory::CInventory(CheckContext &context) : mContext(context)
@@ -88,12 +82,12 @@ std::string CInventory::PlaceOf(const CheckedStep &checked, size_t number) const
 }
 
 void CInventory::Add(const CheckedStep &checked, EThing thing, EDeed deed, std::string place, std::string name,
-                     size_t field, bool twoViews)
+                     std::string words, size_t field, bool twoViews)
 {
     const ScriptStep &step = checked.mStep;
     const EView view = !twoViews ? EViewNone : step.mCommand->mView == EViewRedirected ? EViewRedirected : EView64;
-    mItems.push_back({thing, deed, std::move(place), std::move(name), view, checked.mRuns, checked.mReached,
-                      step.PlaceOfField(step.FieldAt(field)), &step});
+    mItems.push_back({thing, deed, std::move(place), std::move(name), std::move(words), view, checked.mRuns,
+                      checked.mReached, step.PlaceOfField(step.FieldAt(field)), &step});
 }
 
 void CInventory::Take(const CheckedStep &checked)
@@ -109,7 +103,7 @@ void CInventory::TakeFiles(const CheckedStep &checked)
     const auto file = [&](EThing thing, EDeed deed, size_t number) {
         const std::string place = PlaceOf(checked, number);
         if (!place.empty()) {
-            Add(checked, thing, deed, place, std::string(), number, HasTwoViews(place));
+            Add(checked, thing, deed, place, std::string(), step.Field(number), number, HasTwoViews(place));
         }
     };
     switch (step.mCommand->mEffect) {
@@ -133,13 +127,15 @@ void CInventory::TakeFiles(const CheckedStep &checked)
         break;
     case EMakesLink:
         if (step.mWord == "CreateLinkFromFile") {
-            Add(checked, EThing::ELinkOfFile, EDeed::EBrings, PlaceOf(checked, 2), UpperAscii(step.Field(1)), 1, false);
+            Add(checked, EThing::ELinkOfFile, EDeed::EBrings, PlaceOf(checked, 2), UpperAscii(step.Field(1)),
+                step.Field(1) + " in " + step.Field(2), 1, false);
         } else {
             file(EThing::ELink, EDeed::EBrings, 1);
         }
         break;
     case EDeletesLink:
-        Add(checked, EThing::ELinkOfFile, EDeed::ETakes, PlaceOf(checked, 0), UpperAscii(step.Field(2)), 2, false);
+        Add(checked, EThing::ELinkOfFile, EDeed::ETakes, PlaceOf(checked, 0), UpperAscii(step.Field(2)),
+            step.Field(2) + " in " + step.Field(0), 2, false);
         break;
     case ERegisters:
         file(EThing::EShellEntry, EDeed::EBrings, 0);
@@ -177,16 +173,17 @@ void CInventory::TakeRegistry(const CheckedStep &checked)
     if (place.mKey.empty() || !place.mUnknown.empty()) {
         return;
     }
+    const std::string words = place.mWords + " " + (name.empty() ? "@" : step.Field(1));
     const bool empties = effect == EWritesValue && !fromFile && step.Field(2).empty();
     if (effect == ETestsValue) {
-        Add(checked, name.empty() ? EThing::EKeyTree : EThing::EValue, EDeed::ETests, place.mKey, name, 0,
+        Add(checked, name.empty() ? EThing::EKeyTree : EThing::EValue, EDeed::ETests, place.mKey, name, words, 0,
             place.mTwoViews);
     } else if (effect == ETakesEntry || (empties && !name.empty())) {
-        Add(checked, EThing::EValue, EDeed::ETakes, place.mKey, name, 0, place.mTwoViews);
+        Add(checked, EThing::EValue, EDeed::ETakes, place.mKey, name, words, 0, place.mTwoViews);
     } else if (empties) {
-        Add(checked, EThing::EKeyTree, EDeed::ETakes, place.mKey, std::string(), 0, place.mTwoViews);
+        Add(checked, EThing::EKeyTree, EDeed::ETakes, place.mKey, std::string(), place.mWords, 0, place.mTwoViews);
     } else {
-        Add(checked, EThing::EValue, EDeed::EBrings, place.mKey, name, fromFile ? 2 : 0, place.mTwoViews);
+        Add(checked, EThing::EValue, EDeed::EBrings, place.mKey, name, words, fromFile ? 2 : 0, place.mTwoViews);
     }
 }
 
@@ -195,12 +192,12 @@ void CInventory::TakeDrivers(const CheckedStep &checked)
     const ScriptStep &step = checked.mStep;
     if (step.mCommand->mEffect == EStartsService || step.mCommand->mEffect == EStopsService) {
         Add(checked, EThing::EService, step.mCommand->mEffect == EStartsService ? EDeed::EBrings : EDeed::ETakes,
-            UpperAscii(step.Field(0)), step.Field(0), 0, false);
+            UpperAscii(step.Field(0)), std::string(), step.Field(0), 0, false);
     }
     for (const DriverRow &row : kDrivers) {
         if (step.mWord == row.mWord) {
             const std::string device = row.mOfDevice ? step.Field(1) : std::string();
-            Add(checked, EThing::EDriver, row.mDeed, row.mKind + UpperAscii(device), row.mKind + device,
+            Add(checked, EThing::EDriver, row.mDeed, row.mKind + UpperAscii(device), std::string(), row.mKind + device,
                 row.mOfDevice ? 1 : 0, false);
         }
     }

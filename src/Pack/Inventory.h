@@ -27,6 +27,7 @@ struct InventoryItem {
     EDeed mDeed;
     std::string mPlace; // see PlacePath() and RegistryPlace
     std::string mName;  // of a value in capitals, an entry, a kind of driver
+    std::string mWords; // what a person calls it
     EView mView;        // none where 64-bit Windows has but one view of the place
     RunSet mRuns;
     bool mReached;
@@ -48,8 +49,8 @@ private:
     void TakeFiles(const CheckedStep &checked);
     void TakeRegistry(const CheckedStep &checked);
     void TakeDrivers(const CheckedStep &checked);
-    void Add(const CheckedStep &checked, EThing thing, EDeed deed, std::string place, std::string name, size_t field,
-             bool twoViews);
+    void Add(const CheckedStep &checked, EThing thing, EDeed deed, std::string place, std::string name,
+             std::string words, size_t field, bool twoViews);
     std::string PlaceOf(const CheckedStep &checked, size_t number) const;
 
     CheckContext &mContext;

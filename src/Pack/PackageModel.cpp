@@ -8,6 +8,7 @@
 #include "Common/StringUtilities.h"
 #include "Common/TokenSplitter.h"
 #include "Installer/Options.h"
+#include "Pack/NumberText.h"
 #include "Pack/PackMacros.h"
 #include "Script/Macros.h"
 
@@ -58,9 +59,11 @@ struct CPackageModel::LanguageFiles {
 
 size_t ScriptStep::FieldAt(size_t number) const
 {
-    // The first field is the file itself when it does not begin with a number other than 0.
+    // The first field is the file itself when it does not begin with a number other than 0. Of a 0 that was meant as a
+    // pause, the checks tell that it is none, and go on as if it were.
     const bool noPause = mCommand != nullptr && mCommand->mFields[0].mKind == EFieldPause &&
-                         (mFields.empty() || DecimalNumber(mFields.front().mText) == 0);
+                         (mFields.empty() ||
+                          (DecimalNumber(mFields.front().mText) == 0 && !FaultOfNumber(mFields.front().mText).empty()));
     if (noPause) {
         return number == 0 ? mFields.size() : std::min(number - 1, mFields.size());
     }

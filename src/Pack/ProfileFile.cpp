@@ -85,8 +85,8 @@ void CProfileFile::Cut(const std::u16string &text, const std::vector<uint32_t> &
             continue;
         }
         if (text[from] == u'[') {
-            const size_t close = text.rfind(u']', end - 1);
-            if (close != std::u16string::npos && close > from) {
+            const size_t close = from + std::u16string_view(text).substr(from, end - from).rfind(u']');
+            if (close > from && close < end) {
                 size_t name = from + 1, nameEnd = close;
                 while (name < nameEnd && IsBlank(text[name])) {
                     ++name;
@@ -102,7 +102,8 @@ void CProfileFile::Cut(const std::u16string &text, const std::vector<uint32_t> &
         }
         ProfileLine entry;
         entry.mKeyPlace = placeOf(from);
-        size_t nameEnd = std::min(text.find(u'=', from), end);
+        // Within the line: a search to the end of the file, line by line, would take long.
+        size_t nameEnd = std::min(std::u16string_view(text).substr(0, end).find(u'=', from), end);
         if (nameEnd < end) {
             size_t value = nameEnd + 1;
             while (value < end && IsBlank(text[value])) {

@@ -34,7 +34,7 @@ RegistryPlace PlaceOfKey(CPackageModel &model, const std::string &text)
     RegistryPlace place;
     size_t depth = 0;
     const auto platformData = [&](const std::string &name) {
-        const std::string value = name.empty() ? std::string() : model.Value("PlatformData", name);
+        std::string value = name.empty() ? std::string() : model.Value("PlatformData", name);
         if (value.empty()) {
             place.mUnknown.push_back(name);
         }
@@ -46,10 +46,11 @@ RegistryPlace PlaceOfKey(CPackageModel &model, const std::string &text)
     if (!place.mHasRoot) {
         place.mLocation.mRootKey = kRootLocalMachine;
     }
-    std::string path = UpperAscii(place.mLocation.mPath);
+    std::string path = place.mLocation.mPath;
     path.erase(0, std::min(path.find_first_not_of('\\'), path.size()));
     if (!path.empty()) {
-        place.mKey = PlacePath(std::string(ShortRoot(place.mLocation.mRootKey)) + "\\" + path);
+        place.mWords = std::string(ShortRoot(place.mLocation.mRootKey)) + "\\" + path;
+        place.mKey = PlacePath(place.mWords);
     }
     place.mTwoViews = IsWithin(place.mKey, "HKLM\\SOFTWARE") || IsWithin(place.mKey, "HKCR");
     return place;

@@ -11,6 +11,7 @@
 struct RegistryPlace {
     RegLocation mLocation;             // as the program's parser reads it
     std::string mKey;                  // empty for a path that names no key
+    std::string mWords;                // the same as a person writes it
     std::vector<std::string> mUnknown; // names that PlatformData does not have
     bool mCircle = false;              // a name leads back to itself
     bool mHasRoot = false;             // the text or a value of PlatformData names one

@@ -24,7 +24,7 @@ ul { list-style: none; margin: 0; padding: 0; } li { border-top: 1px solid var(-
 li p { margin: .1rem 0 0 1.2rem; } .at { opacity: .6; font-variant-numeric: tabular-nums; }
 .slow { display: grid; gap: .25rem .8rem; grid-template-columns: 5.5rem 1fr; } .slow div:nth-child(odd) { font-variant-numeric: tabular-nums; text-align: right; }
 .slow i { background: var(--bar); border-radius: .2rem; display: block; height: .35rem; margin-top: .15rem; } .slow div { overflow-wrap: anywhere; }
-table { border-collapse: collapse; width: 100%; } td { border-top: 1px solid var(--line); padding: .15rem .6rem .15rem 0; vertical-align: top; overflow-wrap: anywhere; }
+table { border-collapse: collapse; width: 100%; } td { border-top: 1px solid var(--line); padding: .15rem .6rem .15rem 0; vertical-align: top; overflow-wrap: anywhere; } td:nth-child(3) { min-width: 11rem; }
 td:nth-child(-n+2) { font-variant-numeric: tabular-nums; text-align: right; white-space: nowrap; opacity: .75; } td:nth-child(3) { font-weight: 600; }
 tr.bad td:nth-child(3), tr.wait td:nth-child(3) { color: inherit; } tr.bad td, tr.wait td { opacity: 1; } tr.g td { background: var(--soft); font-weight: 600; text-align: left; opacity: 1; }
 summary { cursor: pointer; font-weight: 600; margin-top: 1.2rem; }

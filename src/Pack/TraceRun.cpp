@@ -107,6 +107,13 @@ void CTraceRuns::Take(const TraceRecord &record)
     if (record.mMessage.empty() && !record.mStamped) {
         return;
     }
+    // What stands in front of the first stamp is the end of something else.
+    const auto unstamped = mOpen.find(0);
+    if (record.mStamped && unstamped != mOpen.end() && !unstamped->second.mRun.mTimed &&
+        unstamped->second.mRun.mSteps == 0) {
+        mOpen.erase(unstamped);
+        --mRuns;
+    }
     OpenRun &open = RunOf(record);
     if (open.mEnded) {
         return;

@@ -112,19 +112,22 @@ LONG WriteData(const std::string &name, std::string &data, DWORD type)
     return RegAccess(name, &data[0], size, type, true);
 }
 
-// Hands a list to RegAccess as a write. One with entries whose first is empty begins with a zero byte, which RegAccess
-// takes for a deletion, and goes past it.
-LONG WriteList(const std::string &name, std::string &list, bool hasEntries)
+// Writes data that begins with a zero byte, which RegAccess takes for a deletion.
+LONG WriteAsItStands(const std::string &name, const std::string &data, DWORD type)
 {
-    if (!hasEntries || list.empty() || list.front() != '\0') {
-        return WriteData(name, list, REG_MULTI_SZ);
-    }
     const RegLocation location = CurrentLocation();
     if (!CanBeNamed(location.mPath) || !CanBeNamed(name)) {
         return ERROR_INVALID_PARAMETER;
     }
-    return Reported(SetValue(location, name == "@" ? "" : name.c_str(), list.data(), static_cast<DWORD>(list.size()),
-                             REG_MULTI_SZ));
+    return Reported(
+        SetValue(location, name == "@" ? "" : name.c_str(), data.data(), static_cast<DWORD>(data.size()), type));
+}
+
+// Hands a list to RegAccess as a write, or past it when it has entries and the first one is empty.
+LONG WriteList(const std::string &name, std::string &list, bool hasEntries)
+{
+    const bool beginsEmpty = hasEntries && !list.empty() && list.front() == '\0';
+    return beginsEmpty ? WriteAsItStands(name, list, REG_MULTI_SZ) : WriteData(name, list, REG_MULTI_SZ);
 }
 
 std::string ExpandEnvironment(const char *text)
@@ -312,6 +315,11 @@ uint16_t WriteRegString(const std::string &section, const std::string &name, con
         return Settle(TVXSTATUS_SUCCESS);
     }
     return Settle(StatusFromRegError(WriteList(name, list, !text.empty())));
+}
+
+uint16_t EmptyRegString(const std::string &name)
+{
+    return Settle(StatusFromRegError(WriteAsItStands(name, std::string(1, '\0'), REG_SZ)));
 }
 
 uint16_t WriteRegDword(const std::string &section, const std::string &name, uint32_t number)

@@ -45,6 +45,8 @@ bool RegValueExists(const RegLocation &location, const std::string &name);
 
 // The writers. A section that is not empty is refused with 1539. All answer the status, and set the last status.
 uint16_t WriteRegString(const std::string &section, const std::string &name, const std::string &text, DWORD type);
+// Leaves a value without text, where writing an empty one deletes it.
+uint16_t EmptyRegString(const std::string &name);
 uint16_t WriteRegDword(const std::string &section, const std::string &name, uint32_t number);
 uint16_t RemoveFromRegMultiString(const std::string &section, const std::string &name, const std::string &text,
                                   DWORD type);

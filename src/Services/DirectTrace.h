@@ -5,7 +5,7 @@
 
 #define TVX_TRACE_DIRECT(...)                                                                                          \
     do {                                                                                                               \
-        if (gTraceToDebugOut) {                                                                                        \
+        if (TracesToDebugOut()) {                                                                                      \
             traceAlways(__VA_ARGS__);                                                                                  \
         }                                                                                                              \
     } while (false)

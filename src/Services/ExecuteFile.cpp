@@ -122,7 +122,7 @@ int32_t ExecuteElevated(const std::wstring &file, const std::wstring &parameters
     TVX_TRACE_DIRECT("Executing '%s %s' with elevated rights\n", name.c_str(), WideToAnsi(parameters).c_str());
     const bool success = Shell32().ShellExecuteExW(&info) != FALSE;
     const DWORD error = GetLastError();
-    TVX_TRACE_DIRECT("Execute %s returned %p,%i,%i\n", success ? "success" : "failure", info.hProcess,
+    TVX_TRACE_DIRECT("Execute %s returned %08X,%i,%i\n", success ? "success" : "failure", PointerDigits(info.hProcess),
                      static_cast<int>(reinterpret_cast<INT_PTR>(info.hInstApp)), static_cast<int>(error));
     const CHandle process(info.hProcess);
     if (!process) {

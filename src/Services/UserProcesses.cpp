@@ -14,7 +14,7 @@ constexpr EDriverSplitName kPrograms[] = {EDS_UDAName, EDS_TouchName, EDS_Tablet
 // What a wait that ran out reports. The place is part of the record, which readers of traces know.
 void AssertEnded(int line)
 {
-    if (gAssertsToDebugOut) {
+    if (AssertsToDebugOut()) {
         reportAssertion("false", "..\\Common\\ProcessActions", line);
     }
 }

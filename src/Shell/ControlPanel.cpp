@@ -17,31 +17,31 @@ constexpr uint32_t kRegExpandSz = 2;
 
 constexpr char kSeparator[] = ",-"; // Windows resolves the references of this part
 
-void ReadNames(CplData &cpl_I_O, xmlDoc *doc, const std::string &dllFile, IDescriptionTexts &texts)
+void ReadNames(CplData &cpl_I_O, const XmlContext &doc, const std::string &dllFile, IDescriptionTexts &texts)
 {
-    if (const XmlNode name = FirstNode(doc, "/root/ControlPanelName")) {
+    if (const XmlNode name = FirstNodeInContext(doc, "/root/ControlPanelName")) {
         cpl_I_O.mName = TextOrReference(name.get(), ETextHats, dllFile, kSeparator, texts);
         trace(9, "ControlPanelName %s\n", cpl_I_O.mName.c_str());
     }
-    if (const XmlNode tooltip = FirstNode(doc, "/root/CplTooltip")) {
+    if (const XmlNode tooltip = FirstNodeInContext(doc, "/root/CplTooltip")) {
         cpl_I_O.mTooltip = TextOrReference(tooltip.get(), ETextHats, dllFile, kSeparator, texts);
         trace(9, "ControlPanel Tooltip %s\n", cpl_I_O.mTooltip.c_str());
     }
 }
 
 // What the maker's document alone decides: where the entry is and what it leads to.
-void ReadPlace(CplData &cpl_O, xmlDoc *doc, IDescriptionTexts &texts)
+void ReadPlace(CplData &cpl_O, const XmlContext &doc, IDescriptionTexts &texts)
 {
-    const XmlNode guid = FirstNode(doc, "/root/CplGuid");
+    const XmlNode guid = FirstNodeInContext(doc, "/root/CplGuid");
     cpl_O.mGuid = guid ? GetNodeText(guid.get()) : texts.NewGuid();
     trace(9, "CplGuid %s\n", cpl_O.mGuid.c_str());
-    const XmlNode canonicalName = FirstNode(doc, "/root/CplCanonicalName");
+    const XmlNode canonicalName = FirstNodeInContext(doc, "/root/CplCanonicalName");
     cpl_O.mCanonicalName = canonicalName ? ElementText(canonicalName.get(), ETextPlain, texts) : "Tavix.ControlPanel";
     trace(9, "CplCanonicalName %s\n", cpl_O.mCanonicalName.c_str());
-    const XmlNode valueName = FirstNode(doc, "/root/CplValueName");
+    const XmlNode valueName = FirstNodeInContext(doc, "/root/CplValueName");
     cpl_O.mValueName = valueName ? ElementText(valueName.get(), ETextHats, texts) : "Tablet";
     trace(9, "CplValueName %s\n", cpl_O.mValueName.c_str());
-    if (const XmlNode location = FirstNode(doc, "/root/CplLocation")) {
+    if (const XmlNode location = FirstNodeInContext(doc, "/root/CplLocation")) {
         cpl_O.mLocation = ElementText(location.get(), ETextMacros, texts);
         trace(9, "CplLocation %s\n", cpl_O.mLocation.c_str());
     }
@@ -168,20 +168,21 @@ bool KnowsTasksFiles(int32_t osType)
 int ProcessTaskData(CplData &cpl_I_O, xmlDoc *doc, const std::string &dllFile, bool isMaker, IDescriptionTexts &texts)
 {
     trace(9, "ProcessTaskData (%s) %s\n", isMaker ? "Tavix" : "OEM", dllFile.c_str());
-    if (FirstNode(doc, "/root/SkipTaskData")) {
+    const XmlContext context = NewXPathContext(doc);
+    if (FirstNodeInContext(context, "/root/SkipTaskData")) {
         return 0;
     }
     if (doc == nullptr) {
         return 1; // not even a GUID: an entry of nothing could be registered, but never be removed
     }
-    ReadNames(cpl_I_O, doc, dllFile, texts);
+    ReadNames(cpl_I_O, context, dllFile, texts);
     if (isMaker) {
-        ReadPlace(cpl_I_O, doc, texts);
+        ReadPlace(cpl_I_O, context, texts);
     }
-    ForEachElement(doc, "/root/CplLink", [&](xmlNode *element) { ReadTask(cpl_I_O, element, dllFile, texts); });
+    ForEachElement(context, "/root/CplLink", [&](xmlNode *element) { ReadTask(cpl_I_O, element, dllFile, texts); });
     std::map<std::string, CplCategoryData> earlier;
     earlier.swap(cpl_I_O.mCategories);
-    ForEachElement(doc, "/root/CplCategory", [&](xmlNode *element) { ReadCategory(cpl_I_O, element, texts); });
+    ForEachElement(context, "/root/CplCategory", [&](xmlNode *element) { ReadCategory(cpl_I_O, element, texts); });
     MergeCategories(cpl_I_O, earlier);
     return 1;
 }

@@ -48,9 +48,9 @@ bool IsNotZero(xmlNode *element, const char *attribute)
     return GetAttribute(element, attribute) != "0";
 }
 
-void ForEachElement(xmlDoc *doc, const std::string &xpath, const std::function<void(xmlNode *)> &work)
+void ForEachElement(const XmlContext &context, const std::string &xpath, const std::function<void(xmlNode *)> &work)
 {
-    const XmlObject found = FindNodes(doc, xpath);
+    const XmlObject found = XPathObject(context, xpath);
     const size_t count = CountNodes(found);
     for (size_t index = 0; index < count; ++index) {
         const XmlNode element = NodeAt(found, index);

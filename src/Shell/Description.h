@@ -1,6 +1,6 @@
 // How the descriptions of a package are read: the maker's, and the one that the maker of a computer (OEM) may add. Both
-// are XML documents with the root element "root"; what stands in them is told in docs/shell.md. The texts of a document
-// are UTF-8, those of the program in the ANSI code page.
+// are XML documents with the root element "root"; what stands in them is told in docs/package-description.md. The texts
+// of a document are UTF-8, those of the program in the ANSI code page.
 #pragma once
 
 #include <libxml/tree.h>
@@ -8,6 +8,8 @@
 #include <functional>
 #include <string>
 #include <vector>
+
+#include "Shell/XmlUtils.h"
 
 // What reading and writing descriptions asks of the run and of Windows.
 class IDescriptionTexts {
@@ -51,8 +53,9 @@ std::string Attribute(xmlNode *element, const char *name, IDescriptionTexts &tex
 bool IsSet(xmlNode *element, const char *attribute);
 bool IsNotZero(xmlNode *element, const char *attribute);
 
-// Hands each element that the expression finds, a copy of it, to `work`, in the order of the document.
-void ForEachElement(xmlDoc *doc, const std::string &xpath, const std::function<void(xmlNode *)> &work);
+// Hands each element that the expression finds in a document, a copy of it, to `work`, in the order of the document.
+void ForEachElement(const XmlUtils::XmlContext &context, const std::string &xpath,
+                    const std::function<void(xmlNode *)> &work);
 
 // Splits a list of ids at every comma; blanks belong to the ids. An empty text gives one empty id.
 std::vector<std::string> SplitIds(const std::string &list);

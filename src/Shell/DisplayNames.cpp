@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include "Common/ComApartment.h"
 #include "Common/Handles.h"
 #include "Common/importWin32API.h"
 #include "Common/Paths.h"
@@ -15,6 +16,7 @@ template <typename TEntry>
 TEntry ShellEntry(const char *name)
 {
     static const HMODULE shell = LoadSystemLibrary("shell32.dll");
+    EnterComApartment(); // the shell finds what a path names through objects
     return BindEntry<TEntry>(shell, name);
 }
 

@@ -13,9 +13,10 @@ namespace {
 constexpr char kFolderSeparator[] = ",-";
 constexpr char kLinkSeparator[] = ",";
 
-void ReadFolder(StartData &start_I_O, xmlDoc *doc, const std::string &dllFile, bool isMaker, IDescriptionTexts &texts)
+void ReadFolder(StartData &start_I_O, const XmlContext &doc, const std::string &dllFile, bool isMaker,
+                IDescriptionTexts &texts)
 {
-    if (const XmlNode folder = FirstNode(doc, "/root/StartFolder")) {
+    if (const XmlNode folder = FirstNodeInContext(doc, "/root/StartFolder")) {
         start_I_O.mVisible = IsNotZero(folder.get(), "visible");
         start_I_O.mFolder = TextOrReference(folder.get(), ETextHats, dllFile, kFolderSeparator, texts);
         trace(9, "StartFolder %s\n", start_I_O.mFolder.c_str());
@@ -23,7 +24,7 @@ void ReadFolder(StartData &start_I_O, xmlDoc *doc, const std::string &dllFile, b
     if (!isMaker) {
         return;
     }
-    if (const XmlNode name = FirstNode(doc, "/root/StartFolderN")) {
+    if (const XmlNode name = FirstNodeInContext(doc, "/root/StartFolderN")) {
         start_I_O.mFolderN = ElementText(name.get(), ETextMacros, texts);
         trace(9, "StartFolderN %s\n", start_I_O.mFolderN.c_str());
     }
@@ -140,13 +141,13 @@ void NameControlPanelLink(StartData &start_I_O, const std::string &controlPanelN
 
 // The order of this document first, then what the order was, then the links that neither names. The Control Panel's
 // shortcut always leads.
-void SettleOrder(StartData &start_I_O, xmlDoc *doc, IDescriptionTexts &texts)
+void SettleOrder(StartData &start_I_O, const XmlContext &doc, IDescriptionTexts &texts)
 {
     std::vector<std::string> order;
     if (start_I_O.mLinks.count(kControlPanelLink) != 0) {
         order.emplace_back(kControlPanelLink);
     }
-    if (const XmlNode list = FirstNode(doc, "/root/StartMenuOrder")) {
+    if (const XmlNode list = FirstNodeInContext(doc, "/root/StartMenuOrder")) {
         const std::string text = ElementText(list.get(), ETextPlain, texts);
         trace(9, ", StartMenuOrder %s\n", text.c_str());
         for (const std::string &id : SplitIds(text)) {
@@ -176,10 +177,11 @@ int ProcessLinkData(StartData &start_I_O, xmlDoc *doc, const std::string &dllFil
                     bool isMaker, IDescriptionTexts &texts)
 {
     trace(9, "ProcessLinkData (%s) %s\n", isMaker ? "Tavix" : "OEM", dllFile.c_str());
-    ReadFolder(start_I_O, doc, dllFile, isMaker, texts);
-    ForEachElement(doc, "/root/StartLink", [&](xmlNode *element) { ReadLink(start_I_O, element, dllFile, texts); });
+    const XmlContext context = NewXPathContext(doc);
+    ReadFolder(start_I_O, context, dllFile, isMaker, texts);
+    ForEachElement(context, "/root/StartLink", [&](xmlNode *element) { ReadLink(start_I_O, element, dllFile, texts); });
     NameControlPanelLink(start_I_O, controlPanelName);
-    SettleOrder(start_I_O, doc, texts);
+    SettleOrder(start_I_O, context, texts);
     return 1;
 }
 

@@ -86,12 +86,13 @@ int FileToHex(const std::string &inputPath, const std::string &outputPath)
 {
     const CHandle input(
         CreateFileA(inputPath.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
-    trace(7, "Input file %s (%p)\n", inputPath.c_str(), input.Get());
+    trace(7, "Input file %s (%08X)\n", inputPath.c_str(), PointerDigits(input.Get()));
     if (!input) {
         return ReportError();
     }
     const CHandle output = CreateOutput(outputPath);
-    trace(7, "Output file %s (%p)\n", inputPath.c_str(), input.Get()); // the input's, as readers of the trace know it
+    trace(7, "Output file %s (%08X)\n", inputPath.c_str(),
+          PointerDigits(input.Get())); // the input's, as readers of the trace know it
     if (!output) {
         return ReportError();
     }

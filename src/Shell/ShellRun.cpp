@@ -33,15 +33,24 @@ std::string CShellTexts::NewGuid()
     return guid;
 }
 
+namespace {
+
+void TellFailure(const RegLocation &location, const std::string &name, uint16_t status)
+{
+    if (status != TVXSTATUS_SUCCESS) {
+        trace(7, "Key: %s, Name: %s, status: 0x%X\n", location.mPath.c_str(), name.c_str(), status);
+    }
+}
+
+} // namespace
+
 void WriteShellValue(const RegLocation &location, ERegView view, const std::string &name, const std::string &text,
                      DWORD type)
 {
     const uint16_t status =
         AtRegLocation(location, view, [&] { return WriteRegString(std::string(), name, text, type); });
     const bool isGone = text.empty() && (status == TVXSTATUS_VALUE_NOT_FOUND || status == TVXSTATUS_KEY_NOT_FOUND);
-    if (status != TVXSTATUS_SUCCESS && !isGone) {
-        trace(7, "Key: %s, Name: %s, status: 0x%X\n", location.mPath.c_str(), name.c_str(), status);
-    }
+    TellFailure(location, name, isGone ? TVXSTATUS_SUCCESS : status);
 }
 
 RegLocation InstallerSettings()
@@ -58,6 +67,9 @@ std::string TakeRecordedFolder(const std::string &suffix)
 {
     const std::string name = kStartFolderValue + suffix;
     std::string folder = ReadRegStringAt(DriverKey(), ERegViewProcess, name, std::string(), true);
-    WriteShellValue(DriverKey(), ERegViewProcess, name, std::string());
+    if (!folder.empty()) {
+        TellFailure(DriverKey(), name,
+                    AtRegLocation(DriverKey(), ERegViewProcess, [&] { return EmptyRegString(name); }));
+    }
     return folder;
 }

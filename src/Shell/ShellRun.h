@@ -45,5 +45,5 @@ constexpr char kStartFolderValue[] = "StartFolder"; // below the driver's own ke
 RegLocation InstallerSettings();
 RegLocation DriverKey();
 
-// Answers the Start-menu folder that an earlier installation recorded, and takes the record away.
+// Answers the Start-menu folder that an earlier installation recorded, and leaves the record without text.
 std::string TakeRecordedFolder(const std::string &suffix);

@@ -33,11 +33,17 @@ const xmlChar *FirstContent(const xmlAttr *attribute)
     return attribute != nullptr && attribute->children != nullptr ? attribute->children->content : nullptr;
 }
 
+// A colon in a name is that of a prefix without a namespace, which may have one in the destination.
+bool HasColon(const xmlAttr *attribute)
+{
+    return xmlStrchr(attribute->name, ':') != nullptr;
+}
+
 // Whether to set an attribute to `content` would change nothing; most are what they were when a package is updated.
 bool HoldsAlready(const xmlAttr *attribute, const xmlChar *content)
 {
     return attribute != nullptr && attribute->type == XML_ATTRIBUTE_NODE && attribute->ns == nullptr &&
-           attribute->children != nullptr && attribute->children->next == nullptr &&
+           !HasColon(attribute) && attribute->children != nullptr && attribute->children->next == nullptr &&
            attribute->children->type == XML_TEXT_NODE && xmlStrEqual(attribute->children->content, content) != 0;
 }
 
@@ -245,9 +251,8 @@ private:
             if (HoldsAlready(former, content)) {
                 continue;
             }
-            // A colon in a name is that of a prefix without a namespace, which may have one in the destination.
             changed = changed || former == nullptr || xmlStrcasecmp(FirstContent(former), content) != 0 ||
-                      xmlStrchr(attribute->name, ':') != nullptr;
+                      HasColon(attribute);
             xmlSetProp(dest, attribute->name, content);
         }
         return changed;

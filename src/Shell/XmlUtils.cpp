@@ -243,7 +243,7 @@ XmlDoc LoadXmlMemory(const std::string &text)
 bool SaveXmlDocument(const std::string &path, xmlDocPtr doc, bool format)
 {
     const char *const encoding = xmlGetCharEncodingName(XML_CHAR_ENCODING_UTF8);
-    if (gAssertsToDebugOut) {
+    if (AssertsToDebugOut()) {
         traceAlways("XmlUtils::SaveXmlDocument - saving to file: %s...\n", path.c_str());
     }
     if (doc == nullptr) {

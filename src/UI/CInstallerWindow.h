@@ -46,6 +46,10 @@ public:
     // Serves the window until it has closed.
     void RunMessageLoop();
 
+    // Whether a worker is in the middle of its steps, as when somebody closes the window from outside. Nobody waits for
+    // it: it ends with the process, wherever it is, and until then it uses the run.
+    bool IsAtWork() const { return mWorkersBusy > 0; }
+
     // Teardown: the worker's handle, a window that still stands (which is reported), fonts, libraries.
     void Close();
 
@@ -60,7 +64,6 @@ private:
     void OnDestroy();
     void ReadMetrics(HWND hwnd);
     void FlashProgress(bool reset);
-    void WaitForWorker() const;
 
     // --- keyboard and mouse: WindowInput.cpp ---
     void OnCommand(WORD notification, int id);
@@ -91,7 +94,7 @@ private:
     CLibrary mRichEdit20;
     CLibrary mRichEdit32;
     CHandle mWorkerThread;
-    bool mWorkDone = false; // the worker has sent its last message
+    int mWorkersBusy = 0; // those that have not sent their last message
 
     PageMetrics mMetrics;
     CFont mTextFont;

@@ -103,22 +103,6 @@ void CInstallerWindow::RunMessageLoop()
             User32().DispatchMessageA(&message);
         }
     }
-    WaitForWorker();
-}
-
-// A worker that has told about its end is not waited for. One that has not lost its window to somebody who closed it in
-// the middle of the work: the steps go on to their end, as those of a silent run, and what they ask for reaches the
-// exit code. Messages are served meanwhile, since what a step starts may tell all windows about it.
-void CInstallerWindow::WaitForWorker() const
-{
-    const HANDLE worker = mWorkerThread.Get();
-    while (worker != nullptr && !mWorkDone &&
-           User32().MsgWaitForMultipleObjects(1, &worker, FALSE, INFINITE, QS_ALLINPUT) == WAIT_OBJECT_0 + 1) {
-        MSG message;
-        while (User32().PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) {
-            User32().DispatchMessageA(&message);
-        }
-    }
 }
 
 void CInstallerWindow::Close()

@@ -3,6 +3,7 @@
 
 #include <commctrl.h>
 
+#include <algorithm>
 #include <vector>
 
 #include "Common/Trace.h"
@@ -61,8 +62,8 @@ void CInstallerWindow::Carry(HWND hwnd, const PageAction &action)
     if (action.mStartWorker) {
         // Without the agreement the worker starts while the window is still being made; its messages find it already.
         SetInstallerWindow(hwnd);
-        mWorkDone = false;
         mWorkerThread.Reset(CreateThread(nullptr, 0, DoWorkByThread, nullptr, 0, nullptr));
+        mWorkersBusy += mWorkerThread ? 1 : 0;
     }
     mRun.mRebootNow = mRun.mRebootNow || action.mRebootNow;
     mRun.mDeclined = mRun.mDeclined || action.mDeclined;
@@ -73,7 +74,7 @@ void CInstallerWindow::Carry(HWND hwnd, const PageAction &action)
 
 void CInstallerWindow::ShowEndPage(HWND hwnd)
 {
-    mWorkDone = true;
+    mWorkersBusy = std::max(mWorkersBusy - 1, 0);
     EndFacts facts;
     facts.mUninstall = mRun.mUninstall;
     facts.mFromIFE = mRun.mFromIFE;

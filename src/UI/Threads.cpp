@@ -16,10 +16,15 @@ constexpr UINT PBM_SETPOS_MESSAGE = WM_USER + 2; // PBM_SETPOS of the progress c
 
 DWORD WINAPI DoWorkByThread(LPVOID)
 {
+    // Fetched first: the pointer is taken back when the window closes while a message is on its way.
+    CRunState *const run = gWinInstallMain;
+    if (run == nullptr) {
+        return 0;
+    }
     trace(6, "DoWorkByThread\n");
     SendToWindow(InstallerWindow(), WM_TVX_CLEARCONTROLS, 0, 0);
     SendToWindow(InstallerWindow(), WM_TVX_PROGRESSPAGE, 0, 0);
-    DoWork(*gWinInstallMain);
+    DoWork(*run);
     SendToWindow(InstallerWindow(), WM_TVX_CLEARCONTROLS, 0, 0);
     SendToWindow(InstallerWindow(), WM_TVX_DONEDIALOG, 0, 0);
     return 0;

@@ -45,15 +45,13 @@ void CheckResponse(const std::string &file)
 
 } // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
+void CheckInput(const std::string &text)
 {
-    const std::string line = TextOf(data, size);
-    CheckTokens(line);
-    CheckResponse(line);
-    const std::vector<char> exact(line.c_str(), line.c_str() + size + 1);
-    for (size_t tail = 0; tail <= size; tail += 1 + size / 16) {
+    CheckTokens(text);
+    CheckResponse(text);
+    const std::vector<char> exact(text.c_str(), text.c_str() + text.size() + 1);
+    for (size_t tail = 0; tail <= text.size(); tail += 1 + text.size() / 16) {
         const bool role = IsRemoveRole(exact.data(), exact.data() + tail);
         Require(!role || (tail >= 12 && exact[tail - 2] == '\0'));
     }
-    return 0;
 }

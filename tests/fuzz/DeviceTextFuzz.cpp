@@ -26,20 +26,18 @@ void CheckGroupList(const std::string &list)
 
 } // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
+void CheckInput(const std::string &text)
 {
-    const std::string text = TextOf(data, size);
     const std::string tail = text.substr(0, 64);
     CheckGroupList(text);
-    if (size % 64 == 0) {                                                       // a long list takes long
+    if (text.size() % 64 == 0) {                                                // a long list takes long
         CheckGroupList(std::string(kGroupListLimit - tail.size(), 'x') + tail); // names at the limit
     }
     TabletReply reply = {};
-    std::copy_n(data, std::min(size, reply.size()), reply.begin());
+    std::copy_n(text.begin(), std::min(text.size(), reply.size()), reply.begin());
     const TabletSize tablet = DecodeTabletSize(reply);
     Require(tablet.mMaxX < 0x20000 && tablet.mMaxY < 0x20000);
     const std::string path = InfFullPath(text, "C:\\p");
     Require(path == text || path == "C:\\p" + text.substr(1));
     Require(UpdateParameters(tail, path).size() == tail.size() + path.size() + 12);
-    return 0;
 }

@@ -2,10 +2,11 @@
 #include "Require.h"
 #include "Common/Escapes.h"
 
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
+void CheckInput(const std::string &input)
 {
     // On the heap with its exact size, so that a read behind it is found.
-    const std::vector<char> text(data, data + size);
+    const size_t size = input.size();
+    const std::vector<char> text(input.begin(), input.end());
     const std::string value = UnescapeValue(text.data(), size);
     Require(value.size() <= size && value.find('\0') == std::string::npos);
     std::string escaped;
@@ -19,5 +20,4 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     Require(section.empty() == (size == 0 || text[0] == '\0'));
     Require(section.size() <= size + 1);
     Require(section.substr(0, section.find('\0')) == value); // the value is its text up to the first line end
-    return 0;
 }

@@ -6,7 +6,6 @@
 #include "Common/DriverDate.h"
 #include "Common/FileVersion.h"
 #include "Common/TextEncoding.h"
-#include "TraceRecorder.h"
 
 namespace {
 
@@ -63,11 +62,9 @@ void CheckBase64(const std::string &text)
 
 } // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
+void CheckInput(const std::string &text)
 {
     for (const auto check : {CheckVersions, CheckDriverVer, CheckUtf8, CheckBase64}) {
-        check(TextOf(data, size));
+        check(text);
     }
-    TakeTraceRecords();
-    return 0;
 }

@@ -4,9 +4,10 @@
 #include "Require.h"
 #include "Shell/HexText.h"
 
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
+void CheckInput(const std::string &bytes)
 {
-    const std::string bytes = TextOf(data, size);
+    const auto *const data = reinterpret_cast<const unsigned char *>(bytes.data());
+    const size_t size = bytes.size();
     std::string text;
     for (size_t at = 0; at < size; at += kHexLineBytes) {
         text += HexLine(data + at, std::min(kHexLineBytes, size - at));
@@ -15,5 +16,4 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     const std::string digits = "0123456789abcdefABCDEF \t\r\n\v\f";
     const std::string good = bytes.substr(0, std::min(bytes.find_first_not_of(digits), size));
     Require(BytesFromHex(bytes) == BytesFromHex(good) && BytesFromHex(good + " 1").back() == 1);
-    return 0;
 }

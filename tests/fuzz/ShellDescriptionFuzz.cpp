@@ -6,7 +6,6 @@
 #include "Shell/ControlPanel.h"
 #include "Shell/LinkData.h"
 #include "Shell/TasksFile.h"
-#include "TraceRecorder.h"
 
 namespace {
 
@@ -37,18 +36,23 @@ void CheckTasksFile(const CplData &cpl, CTestTexts &texts)
         categories += category.mVisible;
         Require(!category.mEntries.empty());
     }
-    Require(XmlUtils::CountNodes(XmlUtils::FindNodes(read.get(), "/*/*/*[@id][local-name()='task']")) == tasks);
-    Require(XmlUtils::CountNodes(XmlUtils::FindNodes(read.get(), "/*/*/*[local-name()='category']")) == categories);
+    xmlNodePtr element = XmlUtils::FirstElementChild(XmlUtils::FirstElementChild(xmlDocGetRootElement(read.get())));
+    for (; element != nullptr; element = XmlUtils::NextElementSibling(element)) {
+        const std::string name = XmlUtils::GetNodeName(element);
+        tasks -= name == "task" && xmlHasProp(element, reinterpret_cast<const xmlChar *>("id")) != nullptr;
+        categories -= name == "category";
+    }
+    Require(tasks == 0 && categories == 0);
 }
 
 } // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
+void CheckInput(const std::string &text)
 {
-    const std::string text = TextOf(data, size);
     const size_t dashes = text.find("\n---\n");
     const XmlUtils::XmlDoc maker = XmlUtils::LoadXmlMemory(text.substr(0, dashes));
-    const XmlUtils::XmlDoc oem = XmlUtils::LoadXmlMemory(dashes < size ? text.substr(dashes + 5) : std::string());
+    const XmlUtils::XmlDoc oem =
+        XmlUtils::LoadXmlMemory(dashes < text.size() ? text.substr(dashes + 5) : std::string());
     CTestTexts texts;
     CplData cpl;
     StartData start;
@@ -65,6 +69,4 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
         const bool isNamed = !value.mName.empty() && value.mName != "@";
         Require(isNamed || !value.mData.empty() || value.mKey.find("CLSID\\") == 0);
     }
-    TakeTraceRecords();
-    return 0;
 }

@@ -1,7 +1,7 @@
 // The portable reader of script files against the platform's own: the same bytes, the same answers.
 #include <windows.h>
 
-#include <cstring>
+#include <algorithm>
 #include <random>
 
 #include <gtest/gtest.h>
@@ -9,6 +9,8 @@
 #include "Common/Handles.h"
 #include "Pack/ProfileReader.h"
 #include "ScratchFolder.h"
+
+using namespace std::string_view_literals;
 
 namespace {
 
@@ -37,131 +39,94 @@ public:
     explicit CFileMaker(uint32_t seed) : mRandom(seed) {}
 
     uint32_t Below(uint32_t limit) { return mRandom() % limit; }
-    std::string OneOf(const std::vector<std::string> &texts)
-    {
-        return texts[Below(static_cast<uint32_t>(texts.size()))];
-    }
 
+    // One of the texts between bars.
+    std::string OneOf(std::string_view texts)
+    {
+        for (auto skipped = Below(static_cast<uint32_t>(std::count(texts.begin(), texts.end(), '|')) + 1); skipped > 0;
+             --skipped) {
+            texts.remove_prefix(texts.find('|') + 1);
+        }
+        return std::string(texts.substr(0, texts.find('|')));
+    }
+    std::string Noise(uint32_t longest)
+    {
+        std::string bytes(Below(longest), '\0');
+        std::generate(bytes.begin(), bytes.end(), [&] { return static_cast<char>(Below(256)); });
+        return bytes;
+    }
     std::string Name()
     {
-        return OneOf({"a",        "B",     "Install",
-                      "install",  "MAIN",  "a b",
-                      "\xC4",     "\xE4",  "k\0y" + std::string(1, '\0'),
-                      "",         "x]y",   "\"q\"",
-                      ";c",       "\xA0n", "\x81\x40",
-                      "\x85\x5D", "1",     "\xDF",
-                      "\xFF",     "\x9F"});
+        return OneOf(
+            "a|B|Install|install|MAIN|a b|\xC4|\xE4|k\0y||x]y|\"q\"|;c|\xA0n|\x81\x40|\x85\x5D|1|\xDF|\xFF|\x9F"sv);
     }
-    std::string Blanks()
-    {
-        return Below(2) != 0
-                   ? ""
-                   : OneOf({" ", "\t", "  ", "\x1A", "\xA0", "\v", "\f ", std::string(1, '\0'), "\r", "\x1C", "\x85"});
-    }
+    std::string Blanks() { return Below(2) != 0 ? "" : OneOf(" |\t|  |\x1A|\xA0|\v|\f |\0|\r|\x1C|\x85"sv); }
     std::string Value()
     {
+        constexpr char kNumbers[] =
+            "12|-3|+4|0x1F|0X1f|0b101|0o17|017|99999999999|4294967295|-2147483649|1a| 7 |x5|--1|"
+            "- 1|0x|0xg|+-1|\"5\"|1\xA0|\xA0#9";
         switch (Below(8)) {
         case 0:
-            return OneOf({"\"", "'", "\"\"", "''", "\"a\"", "'a'", "\"a'", "'a", "\" a \"", "\"a\"b\"", "'\"x\"'",
-                          "\" a", "a\""});
+            return OneOf("\"|'|\"\"|''|\"a\"|'a'|\"a'|'a|\" a \"|\"a\"b\"|'\"x\"'|\" a|a\"");
         case 1:
-            return OneOf({"12",
-                          "-3",
-                          "+4",
-                          "0x1F",
-                          "0X1f",
-                          "0b101",
-                          "0o17",
-                          "017",
-                          "99999999999",
-                          "4294967295",
-                          "-2147483649",
-                          "1a",
-                          " 7 ",
-                          "x5",
-                          "--1",
-                          "- 1",
-                          "0x",
-                          "0xg",
-                          "+-1",
-                          "\"5\"",
-                          "1\xA0",
-                          "\xA0"
-                          "9"});
+            return OneOf(kNumbers);
         case 2:
             return std::string(Below(60), "xy\xE4\x81"[Below(4)]);
         case 3:
             return "CopyFile;.\\\\a;!B!\\\\c";
         case 4:
             return "a=b" + Blanks() + "=c";
-        case 5: {
-            std::string bytes;
-            for (uint32_t n = Below(12); n > 0; --n) {
-                bytes += static_cast<char>(Below(256));
-            }
-            return bytes;
-        }
+        case 5:
+            return Noise(12);
         default:
-            return OneOf({"", "a", "v w", "[s]", ";", "#", "\\", "\xD6l", "\x81", "\xB0\xA1"});
+            return OneOf("|a|v w|[s]|;|#|\\|\xD6l|\x81|\xB0\xA1");
         }
     }
     std::string Line()
     {
-        switch (Below(10)) {
+        switch (Below(9)) {
         case 0:
+            return "[" + Blanks() + Name() + Blanks() + OneOf("]|]|]||] x|]]|] ]");
         case 1:
-            return "[" + Blanks() + Name() + Blanks() + OneOf({"]", "]", "]", "", "] x", "]]", "] ]"});
+            return "[" + Name() + "]";
         case 2:
-            return OneOf({";", "; a=b", ";a", "#", "=", "=v", "==", "[", "]", "[]", "[ ]", " ", "\"", "'"});
+            return OneOf(";|; a=b|;a|#|=|=v|==|[|]|[]|[ ]| |\"|'");
         case 3:
             return Value();
-        case 4: {
-            std::string bytes;
-            for (uint32_t n = Below(20); n > 0; --n) {
-                bytes += static_cast<char>(Below(256));
-            }
-            return bytes;
-        }
+        case 4:
+            return Noise(20);
         default:
             return Name() + Blanks() + "=" + Blanks() + Value();
         }
     }
-    // Half a unit at the end of wide text means to the platform what happens to lie in its memory.
     std::string File()
     {
-        std::string bytes = AnyFile();
-        const bool wide = bytes.substr(0, 2) == "\xFF\xFE" || bytes.substr(0, 2) == "\xFE\xFF";
-        return wide && bytes.size() % 2 != 0 ? bytes + "x" : bytes;
-    }
-    std::string AnyFile()
-    {
-        std::string bytes;
-        const std::string end = OneOf({"\r\n", "\r\n", "\r\n", "\n", "\n", "\r", "\n\r", "\r\r\n", "\n\n"});
+        const std::string end = OneOf("\r\n|\r\n|\r\n|\n|\n|\r|\n\r|\r\r\n|\n\n");
         const bool mixed = Below(4) == 0;
-        if (Below(4) != 0) {
-            bytes = "[" + Name() + "]" + end;
-        }
+        std::string bytes = Below(4) != 0 ? "[" + Name() + "]" + end : "";
         for (uint32_t lines = Below(20); lines > 0; --lines) {
-            bytes += Blanks() + Line() + Blanks() + (mixed ? OneOf({"\r\n", "\n", "\r"}) : end);
+            bytes += Blanks() + Line() + Blanks() + (mixed ? OneOf("\r\n|\n|\r") : end);
         }
-        if (Below(3) == 0) {
-            bytes += Line();
-        }
-        if (Below(30) == 0) {
-            bytes += std::string(Below(300), 'x') + end + std::string(Below(300), '\xE4');
-        }
+        bytes += Below(3) == 0 ? Line() : "";
+        bytes += Below(30) == 0 ? std::string(Below(300), 'x') + end + std::string(Below(300), '\xE4') : "";
         switch (Below(12)) {
         case 0:
-            return "\xEF\xBB\xBF" + bytes;
+            bytes.insert(0, "\xEF\xBB\xBF");
+            break;
         case 1:
             return Wide(bytes, false);
         case 2:
             return Wide(bytes, true);
         case 3:
-            return OneOf({"\xFF\xFE", "\xFE\xFF", "\xEF\xBB", "\xFF", "\xEF\xBB\xBF\xEF\xBB\xBF"}) + bytes;
+            bytes.insert(0, OneOf("\xFF\xFE|\xFE\xFF|\xEF\xBB|\xFF|\xEF\xBB\xBF\xEF\xBB\xBF"));
+            break;
         default:
-            return bytes;
+            break;
         }
+        // Half a unit at the end of wide text means to the platform what happens to lie in its memory.
+        const bool wide = bytes.substr(0, 2) == "\xFF\xFE" || bytes.substr(0, 2) == "\xFE\xFF";
+        return wide && bytes.size() % 2 != 0 ? bytes + "x" : bytes;
     }
 
 private:
@@ -202,9 +167,9 @@ TEST(ProfileReader, AnswersAsThePlatformDoesForRandomAndHostileFiles)
         CProfileReader reader(source, CCodePage(GetACP()));
         for (int question = 0; question < 24 && differences < 20; ++question) {
             const std::string section = maker.Name().c_str(), key = maker.Name().c_str();
-            const std::string standard = maker.OneOf({"", "d", "d  ", " d", "\"d\"", "\xE4", "\x81"});
+            const std::string standard = maker.OneOf("|d|d  | d|\"d\"|\xE4|\x81");
             const uint32_t size = maker.Below(3) != 0 ? kValueBufferSize : 2 + maker.Below(40);
-            const auto number = maker.OneOf({"0", "1", "7"})[0] - '0';
+            const auto number = static_cast<int>(maker.Below(3));
             std::string theirs(kValueBufferSize, '#'), ours = theirs;
             uint32_t their = 0, our = 0;
             const char *what = "section";

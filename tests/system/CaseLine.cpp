@@ -105,23 +105,39 @@ std::string Unescaped(const std::string &text)
     return result;
 }
 
-CaseLine ParseCaseLine(ECaseForm form, const std::string &text)
+std::vector<CaseLine> ParseCaseLines(ECaseForm form, const std::string &text)
 {
     CaseLine line;
     line.mLeft = text;
     if (form == EPathToPath) {
         Cut(text, "->", &line);
-    } else if (form == EPathIsText || form == ENameIsData || form == EValueIsData || form == EValueIsText) {
+    } else if (form == EPathIsText || form == ENameIsData || form == EValueIsData) {
         Cut(text, "=", &line);
     }
     if (line.mLeft.empty() != (form == ENothing) && form != EText) {
         throw std::invalid_argument(form == ENothing ? "surplus: " + text : "nothing is named");
     }
-    if (form == EKey || form == EValue || form == EValueIsData || form == EValueIsText) {
-        ParseKey(line.mLeft, form != EKey, &line);
+    if (form == EValue || form == EValueIsData) {
+        ParseKey(line.mLeft, true, &line);
     }
     if (form == ENameIsData || form == EValueIsData) {
         line.mData = ParseData(line.mRight);
     }
-    return line;
+    std::vector<CaseLine> lines = {line};
+    std::string CaseLine::*const list = form == EPathToPath ? &CaseLine::mRight : &CaseLine::mLeft;
+    while (form == EPath || form == EPathIsText || form == EPathToPath || form == EKey) {
+        CaseLine &last = lines.back();
+        const std::string all = last.*list;
+        const size_t comma = all.find(", ");
+        last.*list = all.substr(0, comma);
+        if (form == EKey) {
+            ParseKey(last.mLeft, false, &last);
+        }
+        if (comma == std::string::npos) {
+            break;
+        }
+        line.*list = all.substr(comma + 2);
+        lines.push_back(line);
+    }
+    return lines;
 }

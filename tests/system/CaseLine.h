@@ -16,7 +16,6 @@ enum ECaseForm {
     EKey,         // VIEW ROOT\PATH
     EValue,       // VIEW ROOT\PATH;NAME
     EValueIsData, // VIEW ROOT\PATH;NAME = TYPE DATA
-    EValueIsText, // VIEW ROOT\PATH;NAME = TEXT
 };
 
 struct CaseLine {
@@ -30,9 +29,9 @@ struct CaseLine {
     RegData mData = {REG_NONE, ""};
 };
 
-// Takes apart what stands behind the word. Throws std::invalid_argument with the reason when it has another form, an
-// unknown root or an unknown type.
-CaseLine ParseCaseLine(ECaseForm form, const std::string &text);
+// Takes apart what stands behind the word: one for each of the paths or keys that it names, with ", " between them.
+// Throws std::invalid_argument with the reason when it has another form, an unknown root or an unknown type.
+std::vector<CaseLine> ParseCaseLines(ECaseForm form, const std::string &text);
 
 // The text with \n, \r, \t, \0 and \xHH as they are in C; a back-slash in front of anything else goes.
 std::string Unescaped(const std::string &text);

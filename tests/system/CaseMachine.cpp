@@ -1,27 +1,30 @@
 #include "CaseMachine.h"
 
-#include <algorithm>
 #include <cstdio>
 #include <cstring>
+#include <functional>
 #include <stdexcept>
 
-#include "CaseLine.h"
 #include "Fixture.h"
-#include "PendingRenames.h"
 #include "ShellLinks.h"
 #include "TestService.h"
 
 namespace {
 
-using ::testing::AssertionFailure;
-using ::testing::AssertionResult;
-using ::testing::AssertionSuccess;
+constexpr char kSessionManager[] = "SYSTEM\\CurrentControlSet\\Control\\Session Manager";
+constexpr char kRenames[] = "PendingFileRenameOperations";
 
-// Whether something is there, and what was found.
+// Whether something was done or is there, and what was found.
 struct Found {
+    Found(bool there, std::string what = "") : mThere(there), mWhat(std::move(what)) {}
     bool mThere;
     std::string mWhat;
 };
+
+Found Same(const std::string &found, const std::string &wanted)
+{
+    return {found == wanted, found};
+}
 
 std::string Shown(const std::optional<RegData> &data)
 {
@@ -83,68 +86,17 @@ std::string ProgramOf(const std::string &version)
     return content;
 }
 
-// Runs a program to its end; one of the system below Wine may outlive the call.
-bool Execute(const std::string &folder, std::string line)
-{
-    STARTUPINFOA start = {};
-    start.cb = sizeof start;
-    PROCESS_INFORMATION process = {};
-    if (!CreateProcessA(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr, folder.c_str(), &start, &process)) {
-        return false;
-    }
-    if (process.hProcess == nullptr) {
-        return true; // a program of the system below Wine, for which the other handle is whatever stood there
-    }
-    const bool ended = WaitForSingleObject(process.hProcess, 60000) == WAIT_OBJECT_0;
-    CloseHandle(process.hThread);
-    CloseHandle(process.hProcess);
-    return ended;
-}
-
-// A link to a folder, taken away with the object. Wine has links of the system below it alone, and takes none away.
-class FolderLink {
-public:
-    FolderLink(std::string folder, const std::string &link, const std::string &target)
-        : mFolder(std::move(folder)), mLink(link)
-    {
-        Execute(mFolder, OnWine() ? "\\\\?\\unix\\bin\\ln -sr " + Slashes(target) + " " + Slashes(link)
-                                  : "cmd.exe /c mklink /j " + link + " " + target);
-    }
-    ~FolderLink()
-    {
-        Execute(mFolder, OnWine() ? "\\\\?\\unix\\bin\\rm -f " + Slashes(mLink) : "cmd.exe /c rmdir " + mLink);
-        WaitFor(false);
-    }
-    FolderLink(const FolderLink &) = delete;
-    FolderLink &operator=(const FolderLink &) = delete;
-    bool Made() const { return WaitFor(true); }
-
-private:
-    static std::string Slashes(std::string path)
-    {
-        std::replace(path.begin(), path.end(), '\\', '/');
-        return path;
-    }
-    bool WaitFor(bool present) const
-    {
-        const std::string path = mFolder + "\\" + mLink;
-        for (int tries = 200; FolderExists(path) != present && tries > 0; --tries) {
-            Sleep(10);
-        }
-        return FolderExists(path) == present;
-    }
-
-    std::string mFolder;
-    std::string mLink;
-};
-
-// What waits for the next start of Windows, paths of the package by their names there.
+// What waits for the next start of Windows, in pairs of source and target, paths of the package by their names there.
 std::string Waiting(const std::string &folder)
 {
-    const std::vector<std::string> list = PendingRenames::List();
     std::string text;
-    for (size_t at = 0; at + 1 < list.size(); at += 2) {
-        text += (at == 0 ? "" : ", ") + list[at] + (list[at + 1].empty() ? "" : " > " + list[at + 1]);
+    const std::string bytes =
+        ReadValue(HKEY_LOCAL_MACHINE, kSessionManager, kRenames).value_or(RegData{REG_NONE, ""}).mBytes;
+    bool target = false;
+    for (size_t at = 0; at + 1 < bytes.size(); at = bytes.find('\0', at) + 1, target = !target) {
+        const std::string name = bytes.c_str() + at;
+        text += name.empty() ? "" : target ? " > " : text.empty() ? "" : ", ";
+        text += name.compare(0, 4, "\\??\\") == 0 ? name.substr(4) : name;
     }
     for (size_t at; (at = text.find(folder + "\\")) != std::string::npos;) {
         text.erase(at, folder.size() + 1);
@@ -152,10 +104,11 @@ std::string Waiting(const std::string &folder)
     return text;
 }
 
-// The view of folders that a line asks for.
-std::unique_ptr<RedirectionOff> ViewOf(const std::string &line)
+// The view of folders that a path asks for.
+std::unique_ptr<RedirectionOff> ViewOf(const CaseLine &line)
 {
-    return line.find("64:") != std::string::npos ? std::make_unique<RedirectionOff>() : nullptr;
+    const bool whole = line.mLeft.compare(0, 3, "64:") == 0 || line.mRight.compare(0, 3, "64:") == 0;
+    return whole ? std::make_unique<RedirectionOff>() : nullptr;
 }
 
 } // namespace
@@ -182,218 +135,174 @@ std::string CaseMachine::Expanded(std::string text) const
 
 std::string CaseMachine::Place(const std::string &path) const
 {
-    const std::string plain = path.compare(0, 3, "64:") == 0 ? path.substr(3) : path;
-    return plain.find(':') != std::string::npos ? plain : mPackage.Path(plain);
+    return mPackage.Path(path.compare(0, 3, "64:") == 0 ? path.substr(3) : path);
+}
+
+bool CaseMachine::Mark(const CaseLine &line, unsigned attributes) const
+{
+    return SetFileAttributesA(Place(line).c_str(), attributes) != FALSE;
+}
+
+bool CaseMachine::Lock(const CaseLine &line, bool shareReading)
+{
+    mLocks.push_back(std::make_shared<LockedFile>(Place(line), shareReading));
+    return mLocks.back()->Held();
 }
 
 // A word of a line. Without a function to set up it only asks, and the other way round.
 struct CaseMachine::Word {
     std::string mName;
     ECaseForm mForm;
-    bool (*mSetUp)(CaseMachine &, const CaseLine &);
-    Found (*mAsk)(const CaseMachine &, const CaseLine &);
+    std::function<Found(CaseMachine &, const CaseLine &)> mSetUp, mAsk = nullptr;
     bool mWanted = true; // what is asked for has to be there
 };
 
 const std::vector<CaseMachine::Word> &CaseMachine::Words()
 {
-    const auto isFile = [](const CaseMachine &machine, const CaseLine &line) {
-        const bool there = FileExists(machine.Place(line.mLeft));
-        return Found{there, there ? "a file" : "no file"};
-    };
-    const auto isFolder = [](const CaseMachine &machine, const CaseLine &line) {
-        const bool there = FolderExists(machine.Place(line.mLeft));
-        return Found{there, there ? "a folder" : "no folder"};
-    };
-    const auto isKey = [](const CaseMachine &, const CaseLine &line) {
-        const bool there = KeyExists(line.mRoot, line.mKey, line.mView);
-        return Found{there, there ? "the key" : "no key"};
+    const auto isFile = [](auto &machine, auto &line) { return FileExists(machine.Place(line)); };
+    const auto isFolder = [](auto &machine, auto &line) { return FolderExists(machine.Place(line)); };
+    const auto isKey = [](auto &, auto &line) { return KeyExists(line.mRoot, line.mKey, line.mView); };
+    const auto isValue = [](auto &, auto &line) {
+        const std::optional<RegData> data = ReadValue(line.mRoot, line.mKey, line.mName, line.mView);
+        return Found(data.has_value(), Shown(data));
     };
     static const std::vector<Word> kWords = {
         {"text", EPathIsText,
-         [](CaseMachine &machine, const CaseLine &line) {
-             return WriteText(machine.Place(line.mLeft), Unescaped(line.mRight));
-         },
-         [](const CaseMachine &machine, const CaseLine &line) {
-             const std::string path = machine.Place(line.mLeft);
-             const std::string content = ReadText(path);
-             return Found{FileExists(path) && content == Unescaped(line.mRight), "\"" + content + "\""};
+         [](auto &machine, auto &line) { return WriteText(machine.Place(line), Unescaped(line.mRight)); },
+         [](auto &machine, auto &line) {
+             const std::string content = ReadText(machine.Place(line));
+             return Found(FileExists(machine.Place(line)) && content == Unescaped(line.mRight), content);
          }},
         {"file", EPath, nullptr, isFile},
-        {"no file", EPath,
-         [](CaseMachine &machine, const CaseLine &line) {
-             return DeleteFileA(machine.Place(line.mLeft).c_str()) != FALSE;
-         },
+        {"no file", EPath, [](auto &machine, auto &line) { return DeleteFileA(machine.Place(line).c_str()) != FALSE; },
          isFile, false},
         {"folder", EPath,
-         [](CaseMachine &machine, const CaseLine &line) {
-             MakeFolders(machine.Place(line.mLeft));
-             return FolderExists(machine.Place(line.mLeft));
+         [isFolder](auto &machine, auto &line) {
+             MakeFolders(machine.Place(line));
+             return isFolder(machine, line);
          },
          isFolder},
         {"no folder", EPath, nullptr, isFolder, false},
         {"tree", EPathIsText, nullptr,
-         [](const CaseMachine &machine, const CaseLine &line) {
-             std::string tree;
-             for (const std::string &name : Tree(machine.Place(line.mLeft))) {
+         [](auto &machine, auto &line) {
+             std::string tree = FolderExists(machine.Place(line)) ? "" : "no folder";
+             for (const std::string &name : Tree(machine.Place(line))) {
                  tree += (tree.empty() ? "" : ", ") + name;
              }
-             return Found{FolderExists(machine.Place(line.mLeft)) && tree == line.mRight, tree};
+             return Same(tree, line.mRight);
          }},
         {"copy", EPathToPath,
-         [](CaseMachine &machine, const CaseLine &line) {
+         [](auto &machine, auto &line) {
              const std::string target = machine.Place(line.mRight);
              MakeFolders(target.substr(0, target.rfind('\\')));
-             return CopyFileA(machine.Place(line.mLeft).c_str(), target.c_str(), FALSE) != FALSE;
-         },
-         nullptr},
-        {"readonly", EPath,
-         [](CaseMachine &machine, const CaseLine &line) {
-             return SetFileAttributesA(machine.Place(line.mLeft).c_str(), FILE_ATTRIBUTE_READONLY) != FALSE;
-         },
-         nullptr},
-        {"hidden", EPath,
-         [](CaseMachine &machine, const CaseLine &line) {
-             return SetFileAttributesA(machine.Place(line.mLeft).c_str(), FILE_ATTRIBUTE_HIDDEN) != FALSE;
-         },
-         nullptr},
+             return CopyFileA(machine.Place(line).c_str(), target.c_str(), FALSE) != FALSE;
+         }},
+        {"readonly", EPath, [](auto &machine, auto &line) { return machine.Mark(line, FILE_ATTRIBUTE_READONLY); }},
+        {"hidden", EPath, [](auto &machine, auto &line) { return machine.Mark(line, FILE_ATTRIBUTE_HIDDEN); }},
         {"normal", EPath, nullptr,
-         [](const CaseMachine &machine, const CaseLine &line) {
-             const DWORD attributes = GetFileAttributesA(machine.Place(line.mLeft).c_str());
-             const bool marked = (attributes & (FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN)) != 0;
-             return Found{attributes != INVALID_FILE_ATTRIBUTES && !marked, std::to_string(attributes)};
+         [](auto &machine, auto &line) { // a file that is missing has all attributes
+             const DWORD attributes = GetFileAttributesA(machine.Place(line).c_str());
+             return (attributes & (FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN)) == 0;
          }},
         {"written", EPathIsText,
-         [](CaseMachine &machine, const CaseLine &line) { return SetWritten(machine.Place(line.mLeft), line.mRight); },
-         nullptr},
+         [](auto &machine, auto &line) { return SetWritten(machine.Place(line), line.mRight); }},
         {"program", EPathIsText,
-         [](CaseMachine &machine, const CaseLine &line) {
-             return WriteText(machine.Place(line.mLeft), ProgramOf(line.mRight));
-         },
-         nullptr},
-        {"locked", EPath,
-         [](CaseMachine &machine, const CaseLine &line) {
-             machine.mLocks.push_back(std::make_shared<LockedFile>(machine.Place(line.mLeft), false));
-             return machine.mLocks.back()->Held();
-         },
-         nullptr},
-        {"busy", EPath,
-         [](CaseMachine &machine, const CaseLine &line) {
-             machine.mLocks.push_back(std::make_shared<LockedFile>(machine.Place(line.mLeft), true));
-             return machine.mLocks.back()->Held();
-         },
-         nullptr},
-        {"shortcut", EPathIsText, nullptr,
-         [](const CaseMachine &machine, const CaseLine &line) {
-             const std::string link = ShownLink(machine.Place(line.mLeft));
-             return Found{link == line.mRight, link};
-         }},
+         [](auto &machine, auto &line) { return WriteText(machine.Place(line), ProgramOf(line.mRight)); }},
+        {"locked", EPath, [](auto &machine, auto &line) { return machine.Lock(line, false); }},
+        {"busy", EPath, [](auto &machine, auto &line) { return machine.Lock(line, true); }},
         {"unlock", ENothing,
-         [](CaseMachine &machine, const CaseLine &) {
+         [](auto &machine, auto &) {
              machine.mLocks.clear();
              return true;
-         },
-         nullptr},
-        {"link", EPathToPath,
-         [](CaseMachine &machine, const CaseLine &line) {
-             const auto link = std::make_shared<FolderLink>(machine.mPackage.Folder(), line.mLeft, line.mRight);
-             return machine.Own(link) && link->Made();
-         },
-         nullptr},
-        {"scratch", EPath,
-         [](CaseMachine &machine, const CaseLine &line) {
-             const bool whole = line.mLeft.compare(0, 3, "64:") == 0;
-             return machine.Own(
-                 std::shared_ptr<Scratch>(new Scratch(machine.Place(line.mLeft)), [whole](Scratch *made) {
-                     const auto off = whole ? std::make_unique<RedirectionOff>() : nullptr;
-                     delete made;
-                 }));
-         },
-         nullptr},
-        {"restart", ENothing, [](CaseMachine &, const CaseLine &) { return Execute(".", "wineboot.exe -r"); }, nullptr},
-        {"renames", EText,
-         [](CaseMachine &machine, const CaseLine &line) {
-             const auto renames = std::make_shared<PendingRenames>();
-             if (line.mLeft != "-") {
-                 renames->Set(machine.Place(line.mLeft));
-             }
-             return machine.Own(renames);
-         },
-         nullptr},
-        {"waiting", EText, nullptr,
-         [](const CaseMachine &machine, const CaseLine &line) {
-             const std::string waiting = Waiting(machine.mPackage.Folder());
-             return Found{waiting == line.mLeft, waiting};
          }},
+        {"shortcut", EPathIsText, nullptr,
+         [](auto &machine, auto &line) { return Same(ShownLink(machine.Place(line)), line.mRight); }},
+        {"link", EPathToPath,
+         [](auto &machine, auto &line) {
+             const std::string link = HostPath(machine.Place(line));
+             machine.Later([link] { OnHost("rm -f '" + link + "'"); });
+             return OnHost("ln -s '" + HostPath(machine.Place(line.mRight)) + "' '" + link + "'");
+         }},
+        {"scratch", EPath,
+         [](auto &machine, auto &line) {
+             const std::string path = machine.Place(line), aside = path + ".aside";
+             MoveFileA(path.c_str(), aside.c_str()); // what the machine has under this name
+             RemoveTree(path);
+             machine.Later([path, aside, line] {
+                 const auto view = ViewOf(line);
+                 RemoveTree(path);
+                 MoveFileA(aside.c_str(), path.c_str());
+             });
+             return true;
+         }},
+        {"restart", ENothing, [](auto &, auto &) { return Execute("wineboot.exe -r"); }},
+        {"renames", EText,
+         [](auto &machine, auto &line) {
+             machine.Own(std::make_shared<RegistrySnapshot>(HKEY_LOCAL_MACHINE, kSessionManager));
+             RemoveValue(HKEY_LOCAL_MACHINE, kSessionManager, kRenames);
+             const std::string bytes = "\\??\\" + machine.Place(line) + std::string(3, '\0');
+             return line.mLeft == "-" ||
+                    WriteValue(HKEY_LOCAL_MACHINE, kSessionManager, kRenames, {REG_MULTI_SZ, bytes});
+         }},
+        {"waiting", EText, nullptr,
+         [](auto &machine, auto &line) { return Same(Waiting(machine.mPackage.Folder()), line.mLeft); }},
         {"setting", ENameIsData,
-         [](CaseMachine &machine, const CaseLine &line) {
+         [](auto &machine, auto &line) {
              machine.mSettings = machine.mSettings ? machine.mSettings : std::make_shared<Settings>();
              return machine.mSettings->Data(line.mLeft, line.mData);
-         },
-         nullptr},
+         }},
         {"keep", EKey,
-         [](CaseMachine &machine, const CaseLine &line) {
+         [](auto &machine, auto &line) {
              return machine.Own(std::make_shared<RegistrySnapshot>(line.mRoot, line.mKey));
-         },
-         nullptr},
-        {"key", EKey, [](CaseMachine &, const CaseLine &line) { return CreateKey(line.mRoot, line.mKey, line.mView); },
-         isKey},
+         }},
+        {"key", EKey, [](auto &, auto &line) { return CreateKey(line.mRoot, line.mKey, line.mView); }, isKey},
         {"no key", EKey,
-         [](CaseMachine &, const CaseLine &line) {
+         [](auto &, auto &line) {
              RemoveKey(line.mRoot, line.mKey, line.mView);
              return true;
          },
          isKey, false},
         {"value", EValueIsData,
-         [](CaseMachine &, const CaseLine &line) {
-             return WriteValue(line.mRoot, line.mKey, line.mName, line.mData, line.mView);
-         },
-         [](const CaseMachine &, const CaseLine &line) {
+         [](auto &, auto &line) { return WriteValue(line.mRoot, line.mKey, line.mName, line.mData, line.mView); },
+         [](auto &, auto &line) {
              const std::optional<RegData> data = ReadValue(line.mRoot, line.mKey, line.mName, line.mView);
-             return Found{data.has_value() && *data == line.mData, Shown(data)};
+             return Found(data.has_value() && *data == line.mData, Shown(data));
          }},
         {"no value", EValue,
-         [](CaseMachine &, const CaseLine &line) {
+         [](auto &, auto &line) {
              RemoveValue(line.mRoot, line.mKey, line.mName, line.mView);
              return true;
          },
-         [](const CaseMachine &, const CaseLine &line) {
-             const std::optional<RegData> data = ReadValue(line.mRoot, line.mKey, line.mName, line.mView);
-             return Found{data.has_value(), Shown(data)};
-         },
-         false},
-        {"unicode", EValueIsText, nullptr,
-         [](const CaseMachine &, const CaseLine &line) {
-             const std::string data = ReadRegUnicode(line.mRoot, line.mKey, line.mName, line.mView);
-             return Found{data == line.mRight, data};
-         }},
+         isValue, false},
         {"service", EText,
-         [](CaseMachine &machine, const CaseLine &line) {
+         [](auto &machine, auto &line) {
              const size_t blank = std::min(line.mLeft.find(' '), line.mLeft.size());
              const std::string name = line.mLeft.substr(0, blank), kind = line.mLeft.substr(blank);
-             if (kind == " dirty" || kind == " sound") {
-                 return machine.Own(MakeTestService(name, kind == " dirty"));
+             const bool dirty = kind == " dirty";
+             machine.Own(DropServiceLater(name));
+             if (kind == " away") {
+                 return true;
              }
-             machine.mOwners.push_back(DropServiceLater(name));
-             return kind == " away" || OpenTestService(name, DoublePath("service.exe") + kind) != nullptr;
-         },
-         nullptr},
+             const bool dead = dirty || kind == " sound";
+             const auto service = OpenTestService(name, dead ? "C:\\nowhere.exe" : DoublePath("service.exe") + kind);
+             if (dirty && DeleteService(static_cast<SC_HANDLE>(service.get()))) {
+                 return machine.Own(service); // marked as long as it is held open
+             }
+             return !dirty && service != nullptr;
+         }},
         {"state", EPathIsText, nullptr,
-         [](const CaseMachine &, const CaseLine &line) {
-             const std::string state = std::to_string(TestServiceStatus(line.mLeft).dwCurrentState);
-             return Found{state == line.mRight, state};
+         [](auto &, auto &line) {
+             return Same(std::to_string(TestServiceStatus(line.mLeft).dwCurrentState), line.mRight);
          }},
         {"mutex", EText,
-         [](CaseMachine &machine, const CaseLine &line) {
+         [](auto &machine, auto &line) {
              return machine.Own(std::shared_ptr<void>(CreateMutexA(nullptr, FALSE, line.mLeft.c_str()), CloseHandle));
-         },
-         nullptr},
+         }},
         {"event", EText,
-         [](CaseMachine &machine, const CaseLine &line) {
-             return machine.Own(
-                 std::shared_ptr<void>(CreateEventA(nullptr, TRUE, TRUE, line.mLeft.c_str()), CloseHandle));
-         },
-         nullptr},
+         [](auto &machine, auto &line) {
+             const HANDLE event = CreateEventA(nullptr, TRUE, TRUE, line.mLeft.c_str());
+             return machine.Own(std::shared_ptr<void>(event, CloseHandle));
+         }},
     };
     return kWords;
 }
@@ -412,9 +321,9 @@ const CaseMachine::Word &CaseMachine::Known(const std::string &line, bool asking
 
 namespace {
 
-CaseLine Parsed(const std::string &line, const std::string &word, ECaseForm form)
+std::vector<CaseLine> Parsed(const std::string &line, const std::string &word, ECaseForm form)
 {
-    return ParseCaseLine(form, line.substr(std::min(line.size(), word.size() + 1)));
+    return ParseCaseLines(form, line.substr(std::min(line.size(), word.size() + 1)));
 }
 
 } // namespace
@@ -428,21 +337,15 @@ try {
     return fault.what();
 }
 
-AssertionResult CaseMachine::SetUp(const std::string &line)
+::testing::AssertionResult CaseMachine::Do(const std::string &line, bool asking)
 {
-    const std::string text = Expanded(line);
-    const Word &word = Known(text, false);
-    const auto view = ViewOf(text);
-    return word.mSetUp(*this, Parsed(text, word.mName, word.mForm))
-               ? AssertionSuccess()
-               : AssertionFailure() << "could not be done: " << line;
-}
-
-AssertionResult CaseMachine::Check(const std::string &line)
-{
-    const std::string text = Expanded(line);
-    const Word &word = Known(text, true);
-    const auto view = ViewOf(text);
-    const Found found = word.mAsk(*this, Parsed(text, word.mName, word.mForm));
-    return found.mThere == word.mWanted ? AssertionSuccess() : AssertionFailure() << "found " << found.mWhat;
+    const Word &word = Known(line, asking);
+    for (const CaseLine &part : Parsed(Expanded(line), word.mName, word.mForm)) {
+        const auto view = ViewOf(part);
+        const Found found = (asking ? word.mAsk : word.mSetUp)(*this, part);
+        if (found.mThere != (word.mWanted || !asking)) {
+            return ::testing::AssertionFailure() << line << (asking ? ": found " : ": not done ") << found.mWhat;
+        }
+    }
+    return ::testing::AssertionSuccess();
 }

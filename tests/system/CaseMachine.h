@@ -8,6 +8,8 @@
 
 #include <gtest/gtest.h>
 
+#include "CaseLine.h"
+
 class LockedFile;
 class Package;
 class Settings;
@@ -16,13 +18,10 @@ class CaseMachine {
 public:
     explicit CaseMachine(Package &package) : mPackage(package) {}
 
-    // Carries one line out. The failure tells what could not be done, or what is not understood.
-    ::testing::AssertionResult SetUp(const std::string &line);
+    // Carries a line out, or asks whether it holds. The failure tells what could not be done, or what was found.
+    ::testing::AssertionResult Do(const std::string &line, bool asking);
 
-    // Asks whether one line holds.
-    ::testing::AssertionResult Check(const std::string &line);
-
-    // What is wrong with a line that sets up or asks, without carrying it out; empty when nothing is.
+    // What is wrong with a line, without carrying it out; empty when nothing is.
     static std::string Fault(const std::string &line, bool asking);
 
     // The names of folders replaced, %PACKAGE% and the like.
@@ -35,15 +34,23 @@ private:
 
     // A path of the package, or a whole one, without "64:".
     std::string Place(const std::string &path) const;
+    std::string Place(const CaseLine &line) const { return Place(line.mLeft); }
+    bool Mark(const CaseLine &line, unsigned attributes) const;
+    bool Lock(const CaseLine &line, bool shareReading);
     template <typename TOwner>
     bool Own(const std::shared_ptr<TOwner> &owner)
     {
         mOwners.push_back(owner);
         return owner != nullptr;
     }
+    template <typename TAction>
+    void Later(TAction action)
+    {
+        mOwners.emplace_back(nullptr, [action](void *) { action(); });
+    }
 
     Package &mPackage;
-    std::vector<std::shared_ptr<void>> mOwners; // of what goes back behind the case, the last first
+    std::vector<std::shared_ptr<void>> mOwners; // of what goes back behind the case
     std::vector<std::shared_ptr<LockedFile>> mLocks;
     std::shared_ptr<Settings> mSettings;
 };

@@ -2,10 +2,10 @@
 
 #include <algorithm>
 #include <cctype>
-#include <functional>
 #include <map>
 #include <optional>
 #include <regex>
+#include <set>
 #include <sstream>
 #include <utility>
 
@@ -33,24 +33,16 @@ const std::map<std::string, std::string> kComments = {
     {"language", "[a-z]+_[A-Z]+\\.UTF-8"},
 };
 
-const char *const kExpectations[] = {"trace", "lacks", "end", "logged", "wrote", "elevated", "check", "then", "again"};
-
 bool IsExpectation(const std::string &kind)
 {
-    return std::find(std::begin(kExpectations), std::end(kExpectations), kind) != std::end(kExpectations);
+    static const std::set<std::string> kKinds = {"trace", "lacks",    "end",   "logged", "wrote",
+                                                 "check", "elevated", "again", "then"};
+    return kKinds.count(kind) != 0;
 }
 
 std::string TestName(const std::string &heading, size_t line)
 {
-    std::string name;
-    for (const char c : heading) {
-        if (isalnum(static_cast<unsigned char>(c)) != 0) {
-            name += c;
-        } else if (!name.empty() && name.back() != '_') {
-            name += '_';
-        }
-    }
-    return name + (name.empty() || name.back() == '_' ? "" : "_") + std::to_string(line);
+    return std::regex_replace(heading + "_", std::regex("[^A-Za-z0-9]+"), "_") + std::to_string(line);
 }
 
 void Replace(std::string *text_IO, const std::string &what, const std::string &by)
@@ -60,16 +52,14 @@ void Replace(std::string *text_IO, const std::string &what, const std::string &b
     }
 }
 
-// The lines that a cell holds.
-std::vector<CaseText> CellLines(const std::string &cell, size_t line)
+// Puts the lines that a cell holds behind others.
+void AddCell(std::string cell, size_t line, std::vector<CaseText> *lines_IO)
 {
-    std::vector<CaseText> lines;
-    size_t at = 0;
-    for (size_t end; (end = cell.find("<br>", at)) != std::string::npos; at = end + 4) {
-        lines.push_back({line, cell.substr(at, end - at)});
+    Replace(&cell, "<br>", "\n");
+    std::istringstream stream(cell + "\n");
+    for (std::string text; std::getline(stream, text);) {
+        lines_IO->push_back({line, text});
     }
-    lines.push_back({line, cell.substr(at)});
-    return lines;
 }
 
 struct Table {
@@ -81,16 +71,10 @@ struct Table {
     std::vector<Row> mRows;
     size_t mLine = 0;
 
-    // The column, counted from 0; -1 without one.
-    int Column(const std::string &name) const
-    {
-        const auto found = std::find(mNames.begin(), mNames.end(), name);
-        return found == mNames.end() ? -1 : static_cast<int>(found - mNames.begin());
-    }
     // Each row is a step of one run.
     bool HoldsSteps() const
     {
-        return !mNames.empty() && mNames[0] == "step" && mNames.size() > 1 &&
+        return mNames.size() > 1 && mNames[0] == "step" &&
                std::all_of(mNames.begin() + 1, mNames.end(),
                            [](const std::string &name) { return name == "trace" || name == "machine"; });
     }
@@ -104,8 +88,8 @@ std::vector<std::string> Cells(std::string line)
     Replace(&line, "`<br>`", "<br>");
     std::istringstream stream(line.substr(1));
     for (std::string cell; std::getline(stream, cell, '|');) {
-        const size_t first = cell.find_first_not_of(' ');
-        cell = first == std::string::npos ? "" : cell.substr(first, cell.find_last_not_of(' ') - first + 1);
+        const size_t first = std::min(cell.find_first_not_of(' '), cell.size());
+        cell = cell.substr(first, cell.find_last_not_of(' ') + 1 - first);
         if (cell.size() > 1 && cell.front() == '`' && cell.back() == '`') {
             cell = cell.substr(1, cell.size() - 2);
         }
@@ -115,19 +99,10 @@ std::vector<std::string> Cells(std::string line)
     return cells;
 }
 
-void EachBlock(Case *test, const std::function<void(CaseBlock &)> &visit)
-{
-    visit(test->mScript);
-    for (auto *blocks : {&test->mFiles, &test->mBefore, &test->mAfter}) {
-        std::for_each(blocks->begin(), blocks->end(), visit);
-    }
-}
-
 // Puts the row's cells in the places of {name}; a line that names a cell with nothing but "-" goes.
 void FillBlock(const Table &table, const Table::Row &row, CaseBlock *block_IO)
 {
-    std::vector<CaseText> filled;
-    for (const CaseText &line : block_IO->mLines) {
+    for (const CaseText &line : std::exchange(block_IO->mLines, {})) {
         std::string text = line.mText;
         bool wanted = true;
         for (size_t i = 0; i < table.mNames.size(); ++i) {
@@ -135,29 +110,36 @@ void FillBlock(const Table &table, const Table::Row &row, CaseBlock *block_IO)
             wanted = wanted && (row.mCells[i] != "-" || text.find(mark) == std::string::npos);
             Replace(&text, mark, row.mCells[i]);
         }
-        for (const CaseText &part : wanted ? CellLines(text, line.mLine) : std::vector<CaseText>()) {
-            filled.push_back(part);
+        if (wanted) {
+            AddCell(text, line.mLine, &block_IO->mLines);
         }
     }
-    block_IO->mLines = filled;
+}
+
+auto FindScript(std::vector<CaseBlock> &blocks)
+{
+    return std::find_if(blocks.begin(), blocks.end(),
+                        [](const CaseBlock &block) { return block.IsScript() && !block.IsFile(); });
 }
 
 // A column that no block names and that is called like a comment or a block stands for it.
-void AddColumn(const std::string &name, const std::string &cell, size_t line, Case *test_IO)
+void AddColumn(const std::string &name, const std::string &cell, size_t line, std::vector<CaseBlock> *blocks_IO)
 {
+    CaseBlock block{line, name, {}};
+    AddCell(cell, line, &block.mLines);
+    const auto script = FindScript(*blocks_IO);
     if (cell == "-") {
         return;
     }
-    std::vector<CaseText> lines = CellLines(cell, line);
     if (name == "before") {
-        test_IO->mBefore.push_back({line, name, lines});
+        blocks_IO->insert(script, block);
     } else if (IsExpectation(name)) {
-        test_IO->mAfter.push_back({line, name, lines});
+        blocks_IO->push_back(block);
     } else {
-        for (CaseText &comment : lines) {
+        for (CaseText &comment : block.mLines) {
             comment.mText = "; " + name + ": " + comment.mText;
         }
-        test_IO->mScript.mLines.insert(test_IO->mScript.mLines.begin(), lines.begin(), lines.end());
+        script->mLines.insert(script->mLines.begin(), block.mLines.begin(), block.mLines.end());
     }
 }
 
@@ -188,17 +170,13 @@ public:
         size_t number = 0;
         for (std::string line; std::getline(lines, line);) {
             ++number;
-            if (!line.empty() && line.back() == '\r') {
-                line.pop_back();
-            }
-            line = Repeated(line);
+            line = Repeated(line.substr(0, line.find('\r')));
             const bool fence = line.compare(0, 3, "```") == 0;
-            const bool row = !inside && line.compare(0, 1, "|") == 0;
-            if (row) {
+            if (!inside && line.compare(0, 1, "|") == 0) {
                 TakeRow(line, number);
-            } else if (mReading.mLine != 0) {
-                TakeTable();
+                continue;
             }
+            TakeTable();
             if (fence) {
                 if (inside) {
                     Take(block);
@@ -211,14 +189,15 @@ public:
                 mHeading = line.substr(std::min(line.find_first_not_of("# "), line.size()));
             }
         }
-        if (inside) {
-            Complain(block.mLine, "a block that does not end");
-        }
-        if (mReading.mLine != 0) {
-            TakeTable();
-        }
+        ComplainIf(inside, block.mLine, "a block that does not end");
+        TakeTable();
         Finish();
-        ComplainOfRest(number);
+        for (const CaseBlock &left : mNext) {
+            Complain(left.mLine, "a block without a script");
+        }
+        ComplainIf(mGroups.mLine != 0, mGroups.mLine, "groups without a table of steps");
+        ComplainIf(mTable.mLine != 0 && !mManual, mTable.mLine, "a table without a script");
+        ComplainIf(mCases.empty() && !mManual, number, "a page without cases");
         return mCases;
     }
 
@@ -238,49 +217,44 @@ private:
 
     void TakeRow(const std::string &line, size_t number)
     {
+        const std::vector<std::string> cells = Cells(line);
         if (mReading.mLine == 0) {
-            mReading = {Cells(line), {}, number};
-        } else if (line.find_first_not_of("|-: ") == std::string::npos) {
-            return; // below the head
-        } else {
-            mReading.mRows.push_back({number, Cells(line)});
-            if (mReading.mRows.back().mCells.size() != mReading.mNames.size() && !mManual) {
-                Complain(number, "a row of another number of cells");
-                mReading.mRows.pop_back();
-            }
+            mReading = {cells, {}, number};
+        } else if (line.find_first_not_of("|-: ") != std::string::npos) { // not what stands below the head
+            const bool fits = cells.size() == mReading.mNames.size() || mManual;
+            ComplainIf(!fits, number, "a row of another number of cells");
+            mReading.mRows.push_back({number, fits ? cells : mReading.mNames});
         }
     }
 
     void TakeTable()
     {
+        if (mReading.mLine == 0) {
+            return;
+        }
         const Table table = std::exchange(mReading, {});
         if (table.HoldsSteps()) {
             TakeSteps(table);
-        } else if (mTable.mLine != 0 && !mManual) {
-            Complain(mTable.mLine, "a table without a script");
-        } else {
-            mTable = table;
+            return;
         }
+        ComplainIf(mTable.mLine != 0 && !mManual, mTable.mLine, "a table without a script");
+        mTable = table;
     }
 
     // Each row is a step, the records that it leaves and what the machine shows behind the run.
     void TakeSteps(const Table &table)
     {
         CaseBlock script{table.mLine, "steps", {}}, wrote{table.mLine, "wrote", {}}, check{table.mLine, "check", {}};
-        const auto add = [](const std::vector<CaseText> &lines, CaseBlock *block_IO) {
-            block_IO->mLines.insert(block_IO->mLines.end(), lines.begin(), lines.end());
-        };
         auto more = mGroups.mLines.begin();
         while (more != mGroups.mLines.end() && more->mText.compare(0, 1, ";") == 0) {
             script.mLines.push_back(*more++);
         }
         script.mLines.push_back({table.mLine, "Log;begin"});
         for (const Table::Row &row : table.mRows) {
-            add(CellLines(row.mCells[0], row.mLine), &script);
-            for (const auto &[name, block] : {std::pair("trace", &wrote), std::pair("machine", &check)}) {
-                const int column = table.Column(name);
-                if (column > 0 && !row.mCells[static_cast<size_t>(column)].empty()) {
-                    add(CellLines(row.mCells[static_cast<size_t>(column)], row.mLine), block);
+            for (size_t column = 0; column < row.mCells.size(); ++column) {
+                CaseBlock &block = column == 0 ? script : table.mNames[column] == "trace" ? wrote : check;
+                if (!row.mCells[column].empty()) {
+                    AddCell(row.mCells[column], row.mLine, &block.mLines);
                 }
             }
         }
@@ -288,83 +262,77 @@ private:
         script.mLines.insert(script.mLines.end(), more, mGroups.mLines.end());
         mGroups = {};
         TakeScript(script);
-        if (table.Column("trace") > 0) {
-            mOpen->mAfter.push_back(wrote);
+        if (std::count(table.mNames.begin(), table.mNames.end(), "trace") != 0) {
+            mOpen->mBlocks.push_back(wrote);
         }
         if (!check.mLines.empty()) {
-            mOpen->mAfter.push_back(check);
+            mOpen->mBlocks.push_back(check);
         }
     }
 
     void Take(const CaseBlock &block)
     {
-        const bool script = block.mKind == "ini" || block.mKind == "steps";
-        if (block.mKind == "before") {
-            mNext.mBefore.push_back(block);
+        if (block.mKind == "before" || block.IsFile()) {
+            mNext.push_back(block);
         } else if (block.mKind == "each") {
             mEach.push_back(block);
         } else if (block.mKind == "groups" && mGroups.mLine == 0) {
             mGroups = block;
-        } else if ((script || block.mKind == "xml") && !Comment(block, "file").empty()) {
-            mNext.mFiles.push_back(block);
-        } else if (script) {
+        } else if (block.IsScript()) {
             TakeScript(block);
         } else if (mOpen && IsExpectation(block.mKind)) {
-            mOpen->mAfter.push_back(block);
+            mOpen->mBlocks.push_back(block);
         } else if (!mManual || (!block.mKind.empty() && block.mKind != "xml")) {
-            Complain(block.mLine, (IsExpectation(block.mKind) || block.mKind == "groups" ? "a block out of place: "
-                                                                                         : "unknown block: ") +
-                                      block.mKind);
+            const bool known = IsExpectation(block.mKind) || block.mKind == "groups";
+            Complain(block.mLine, (known ? "a block out of place: " : "unknown block: ") + block.mKind);
         }
     }
 
     void TakeScript(const CaseBlock &script)
     {
         Finish();
-        mOpen = std::exchange(mNext, Case());
-        mOpen->mPage = mPage;
-        mOpen->mName = TestName(mHeading, script.mLine);
-        mOpen->mScript = script;
-        mOpen->mBefore.insert(mOpen->mBefore.begin(), mEach.begin(), mEach.end());
+        mOpen = Case{mPage, TestName(mHeading, script.mLine), mEach, {}};
+        mOpen->mBlocks.insert(mOpen->mBlocks.end(), mNext.begin(), mNext.end());
+        mOpen->mBlocks.push_back(script);
+        mNext.clear();
         mOpenTable = std::exchange(mTable, {});
     }
 
+    // Adds the case that is open, one for each row of its table.
     void Finish()
     {
         if (!mOpen) {
             return;
         }
-        Case test = *mOpen;
-        mOpen.reset();
-        std::vector<std::string> columns; // that stand for a comment or a block
-        bool used = false;                // the table is one of the case
-        for (const std::string &name : mOpenTable.mNames) {
-            bool named = false;
-            EachBlock(&test, [&](CaseBlock &block) {
-                named = named || Text(block).find("{" + name + "}") != std::string::npos;
-            });
-            used = used || named;
-            if (named) {
-                continue;
-            }
-            if (name == "before" || IsExpectation(name) || kComments.count(name) != 0) {
-                columns.push_back(name);
-            } else if (!mManual) {
-                Complain(mOpenTable.mLine, "a column that nothing names: " + name);
-            }
+        const Case test = *std::exchange(mOpen, std::nullopt);
+        std::string whole;
+        for (const CaseBlock &block : test.mBlocks) {
+            whole += block.Text();
         }
-        used = used || (!columns.empty() && columns.size() == mOpenTable.mNames.size());
-        if (!used) {
+        std::vector<size_t> columns; // that stand for a comment or a block
+        bool used = false;           // the table is one of the case
+        for (size_t i = 0; i < mOpenTable.mNames.size(); ++i) {
+            const std::string &name = mOpenTable.mNames[i];
+            const bool known = name == "before" || IsExpectation(name) || kComments.count(name) != 0;
+            const bool named = whole.find("{" + name + "}") != std::string::npos;
+            used = used || named;
+            if (known && !named) {
+                columns.push_back(i);
+            }
+            ComplainIf(!named && !known && !mManual, mOpenTable.mLine, "a column that nothing names: " + name);
+        }
+        if (!used && (columns.empty() || columns.size() != mOpenTable.mNames.size())) {
             Add(test);
             return;
         }
-        for (size_t row = 0; row < mOpenTable.mRows.size(); ++row) {
+        for (const Table::Row &row : mOpenTable.mRows) {
             Case filled = test;
-            filled.mName += "_" + std::to_string(row + 1);
-            const Table::Row &cells = mOpenTable.mRows[row];
-            EachBlock(&filled, [&](CaseBlock &block) { FillBlock(mOpenTable, cells, &block); });
-            for (const std::string &name : columns) {
-                AddColumn(name, cells.mCells[static_cast<size_t>(mOpenTable.Column(name))], cells.mLine, &filled);
+            filled.mName += "_" + std::to_string(&row - mOpenTable.mRows.data() + 1);
+            for (CaseBlock &block : filled.mBlocks) {
+                FillBlock(mOpenTable, row, &block);
+            }
+            for (const size_t column : columns) {
+                AddColumn(mOpenTable.mNames[column], row.mCells[column], row.mLine, &filled.mBlocks);
             }
             Add(filled);
         }
@@ -373,74 +341,57 @@ private:
     // Adds the case with its faults.
     void Add(Case test)
     {
-        const auto complain = [&](size_t line, const std::string &what) {
-            test.mFaults.push_back(mPage + ":" + std::to_string(line) + ": " + what);
-        };
-        if (test.mAfter.empty()) {
-            complain(test.mScript.mLine, "nothing is expected of the script");
-        }
-        EachBlock(&test, [&](CaseBlock &block) {
-            const bool acts = block.mKind == "before" || block.mKind == "each" || block.mKind == "then";
-            bool first = block.mKind == "ini" || block.mKind == "steps" || block.mKind == "again";
-            for (const CaseText &line : block.mLines) {
-                first = first && line.mText.compare(0, 1, ";") == 0;
-                std::string name, value;
-                if (first && !IsComment(line.mText, &name, &value)) {
-                    complain(line.mLine, "no comment of the form '; name: value': " + line.mText);
-                } else if (first && kComments.count(name) == 0) {
-                    complain(line.mLine, "unknown comment: " + name);
-                } else if (first && !kComments.at(name).empty() &&
-                           !std::regex_match(value, std::regex(kComments.at(name)))) {
-                    complain(line.mLine, "unknown value of " + name + ": " + value);
-                } else if ((acts || block.mKind == "check") && !line.mText.empty()) {
-                    const std::string fault = CaseMachine::Fault(line.mText, !acts);
-                    if (!fault.empty()) {
-                        complain(line.mLine, fault);
-                    }
-                }
-                static const std::regex kMark("\\{[a-z][A-Za-z0-9 ]*\\}");
-                if (std::regex_search(line.mText, kMark)) {
-                    complain(line.mLine, "no such column: " + line.mText);
-                }
+        static const std::regex kMark("\\{[a-z][A-Za-z0-9 ]*\\}");
+        const auto complain = [&](bool wrong, size_t line, const std::string &what) {
+            if (wrong) {
+                test.mFaults.push_back(mPage + ":" + std::to_string(line) + ": " + what);
             }
-        });
+            return wrong;
+        };
+        complain(!IsExpectation(test.mBlocks.back().mKind), test.Script().mLine, "nothing is expected of the script");
+        for (const CaseBlock &block : test.mBlocks) {
+            bool first = block.IsScript() || block.mKind == "again";
+            for (const auto &[line, text] : block.mLines) {
+                first = first && text.compare(0, 1, ";") == 0;
+                std::string name, value;
+                if (first &&
+                    !complain(!IsComment(text, &name, &value), line,
+                              "no comment of the form '; name: value': " + text) &&
+                    !complain(kComments.count(name) == 0, line, "unknown comment: " + name)) {
+                    const std::string &pattern = kComments.at(name);
+                    complain(!pattern.empty() && !std::regex_match(value, std::regex(pattern)), line,
+                             "unknown value of " + name + ": " + value);
+                }
+                if ((block.SetsUp() || block.mKind == "check") && !text.empty()) {
+                    const std::string fault = CaseMachine::Fault(text, !block.SetsUp());
+                    complain(!fault.empty(), line, fault);
+                }
+                complain(std::regex_search(text, kMark), line, "no such column: " + text);
+            }
+        }
         mCases.push_back(test);
     }
 
     void Complain(size_t line, const std::string &what)
     {
-        Case test;
-        test.mPage = mPage;
-        test.mScript.mLine = line;
-        test.mName = "Fault_" + std::to_string(mCases.size()) + "_" + std::to_string(line);
-        test.mFaults = {mPage + ":" + std::to_string(line) + ": " + what};
-        mCases.push_back(test);
+        const std::string place = std::to_string(line);
+        mCases.push_back({mPage,
+                          "Fault_" + std::to_string(mCases.size()) + "_" + place,
+                          {CaseBlock{line, "steps", {}}},
+                          {mPage + ":" + place + ": " + what}});
     }
-
-    void ComplainOfRest(size_t line)
+    void ComplainIf(bool wrong, size_t line, const std::string &what)
     {
-        for (const auto *blocks : {&mNext.mBefore, &mNext.mFiles}) {
-            for (const CaseBlock &block : *blocks) {
-                Complain(block.mLine, "a block without a script");
-            }
-        }
-        if (mGroups.mLine != 0) {
-            Complain(mGroups.mLine, "groups without a table of steps");
-        }
-        if (mTable.mLine != 0 && !mManual) {
-            Complain(mTable.mLine, "a table without a script");
-        }
-        if (mCases.empty() && !mManual) {
-            Complain(line, "a page without cases");
+        if (wrong) {
+            Complain(line, what);
         }
     }
 
     std::string mPage;
     bool mManual;
     std::string mHeading;
-    std::vector<CaseBlock> mEach;
+    std::vector<CaseBlock> mEach, mNext;
     CaseBlock mGroups;
-    Case mNext;
     std::optional<Case> mOpen;
     Table mReading, mTable, mOpenTable;
     std::vector<Case> mCases;
@@ -448,9 +399,14 @@ private:
 
 } // namespace
 
+const CaseBlock &Case::Script() const
+{
+    return *FindScript(const_cast<Case *>(this)->mBlocks);
+}
+
 void PrintTo(const Case &test, std::ostream *out)
 {
-    *out << test.mPage << ":" << test.mScript.mLine;
+    *out << test.mPage << ":" << test.Script().mLine;
 }
 
 std::vector<Case> ReadPage(const std::string &page, const std::string &text, bool manual)
@@ -471,17 +427,16 @@ std::vector<Case> ReadCases(const std::string &folder, bool manual)
     return cases;
 }
 
-std::vector<std::string> Comments(const CaseBlock &block, const std::string &wanted)
+std::vector<std::string> CaseBlock::Comments(const std::string &wanted) const
 {
     std::vector<std::string> values;
     std::string name, value;
-    if (block.mKind == "xml" && !block.mLines.empty()) { // <!-- name: value -->
-        const std::string &first = block.mLines[0].mText;
+    if (mKind == "xml" && !mLines.empty()) { // <!-- name: value -->
+        const std::string &first = mLines[0].mText;
         const bool named = Fits("<!-- " + wanted + ": * -->", first);
         return named ? std::vector{first.substr(wanted.size() + 7, first.size() - wanted.size() - 11)} : values;
     }
-    for (auto line = block.mLines.begin(); line != block.mLines.end() && IsComment(line->mText, &name, &value);
-         ++line) {
+    for (auto line = mLines.begin(); line != mLines.end() && IsComment(line->mText, &name, &value); ++line) {
         if (name == wanted) {
             values.push_back(value);
         }
@@ -489,16 +444,16 @@ std::vector<std::string> Comments(const CaseBlock &block, const std::string &wan
     return values;
 }
 
-std::string Comment(const CaseBlock &block, const std::string &name, const std::string &otherwise)
+std::string CaseBlock::Comment(const std::string &name, const std::string &otherwise) const
 {
-    const std::vector<std::string> values = Comments(block, name);
+    const std::vector<std::string> values = Comments(name);
     return values.empty() ? otherwise : values.front();
 }
 
-std::string Text(const CaseBlock &block)
+std::string CaseBlock::Text() const
 {
     std::string text;
-    for (const CaseText &line : block.mLines) {
+    for (const CaseText &line : mLines) {
         text += line.mText + "\n";
     }
     return text;

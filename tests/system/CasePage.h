@@ -1,29 +1,41 @@
-// Pages of cases: the manual's examples and the pages of tests/cases. tests/README.md tells how they are written.
+// The cases of a page: blocks and tables in Markdown, put together; tests/README.md tells what they mean.
 #pragma once
 
-#include <ostream>
+#include <iosfwd>
 #include <string>
 #include <vector>
 
 struct CaseText {
-    size_t mLine; // in the page
+    size_t mLine;
     std::string mText;
 };
 
 struct CaseBlock {
-    size_t mLine = 0; // of the fence
-    std::string mKind;
+    size_t mLine = 0;
+    std::string mKind; // the word behind the fence
     std::vector<CaseText> mLines;
+
+    bool IsScript() const { return mKind == "ini" || mKind == "steps"; }
+    bool SetsUp() const { return mKind == "before" || mKind == "each" || mKind == "then"; }
+
+    // The value of the first "; name: value" among the comments that the block begins with; of all of them.
+    std::string Comment(const std::string &name, const std::string &otherwise = "") const;
+    std::vector<std::string> Comments(const std::string &name) const;
+
+    // Whether the block is a further file of the next script.
+    bool IsFile() const { return (IsScript() || mKind == "xml") && !Comment("file").empty(); }
+
+    // The lines as one text.
+    std::string Text() const;
 };
 
 struct Case {
     std::string mPage;
-    std::string mName; // of the test: the heading above and the line
-    CaseBlock mScript;
-    std::vector<CaseBlock> mFiles;    // further files of the package
-    std::vector<CaseBlock> mBefore;   // set-up
-    std::vector<CaseBlock> mAfter;    // what is expected
+    std::string mName;                // of the test: the heading above and the line
+    std::vector<CaseBlock> mBlocks;   // in the order of the page; one of them is the script
     std::vector<std::string> mFaults; // what the page says and nobody understands: "page:line: what"
+
+    const CaseBlock &Script() const;
 };
 
 // How GoogleTest shows a case.
@@ -35,10 +47,3 @@ std::vector<Case> ReadPage(const std::string &page, const std::string &text, boo
 
 // The cases of all pages below the folder.
 std::vector<Case> ReadCases(const std::string &folder, bool manual);
-
-// The value of the first "; name: value" among the comments that the block begins with; of all of them.
-std::string Comment(const CaseBlock &block, const std::string &name, const std::string &otherwise = "");
-std::vector<std::string> Comments(const CaseBlock &block, const std::string &name);
-
-// The lines of a block as one text.
-std::string Text(const CaseBlock &block);

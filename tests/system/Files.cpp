@@ -43,63 +43,36 @@ void MakeFolders(const std::string &path)
     CreateDirectoryA(path.c_str(), nullptr);
 }
 
-namespace {
-
-template <typename TVisitor>
-void EachEntry(const std::string &folder, TVisitor visit)
-{
-    WIN32_FIND_DATAA entry = {};
-    const HANDLE search = FindFirstFileA((folder + "\\*").c_str(), &entry);
-    if (search == INVALID_HANDLE_VALUE) {
-        return;
-    }
-    do {
-        const std::string name = entry.cFileName;
-        if (name != "." && name != "..") {
-            visit(name, (entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0);
-        }
-    } while (FindNextFileA(search, &entry));
-    FindClose(search);
-}
-
-void ListBelow(const std::string &folder, const std::string &prefix, std::vector<std::string> *list_O)
-{
-    EachEntry(folder, [&](const std::string &name, bool isFolder) {
-        list_O->push_back(prefix + name + (isFolder ? "\\" : ""));
-        if (isFolder) {
-            ListBelow(folder + "\\" + name, prefix + name + "\\", list_O);
-        }
-    });
-}
-
-} // namespace
-
 void RemoveTree(const std::string &path)
 {
-    const DWORD attributes = GetFileAttributesA(path.c_str());
-    if (attributes == INVALID_FILE_ATTRIBUTES) {
-        return;
+    std::vector<std::string> names = Tree(path);
+    for (names.insert(names.begin(), ""); !names.empty(); names.pop_back()) { // what is in a folder comes behind it
+        const std::string whole = path + (names.back().empty() ? "" : "\\" + names.back());
+        SetFileAttributesA(whole.c_str(), FILE_ATTRIBUTE_NORMAL);
+        if (!DeleteFileA(whole.c_str())) {
+            RemoveDirectoryA(whole.c_str());
+        }
     }
-    SetFileAttributesA(path.c_str(), FILE_ATTRIBUTE_NORMAL);
-    if (!(attributes & FILE_ATTRIBUTE_DIRECTORY)) {
-        DeleteFileA(path.c_str());
-        return;
-    }
-    std::vector<std::string> names;
-    EachEntry(path, [&](const std::string &name, bool) { names.push_back(name); });
-    for (const std::string &name : names) {
-        RemoveTree(path + "\\" + name);
-    }
-    RemoveDirectoryA(path.c_str());
 }
 
 std::vector<std::string> Tree(const std::string &folder)
 {
     std::vector<std::string> list;
-    if (folder.empty()) {
-        return list; // not the whole drive
+    WIN32_FIND_DATAA entry = {};
+    // Of an empty name not the whole drive.
+    const HANDLE search = folder.empty() ? INVALID_HANDLE_VALUE : FindFirstFileA((folder + "\\*").c_str(), &entry);
+    for (BOOL more = search != INVALID_HANDLE_VALUE; more; more = FindNextFileA(search, &entry)) {
+        const std::string name = entry.cFileName;
+        const bool isFolder = (entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+        if (name == "." || name == "..") {
+            continue;
+        }
+        list.push_back(name + (isFolder ? "\\" : ""));
+        for (const std::string &below : isFolder ? Tree(folder + "\\" + name) : std::vector<std::string>()) {
+            list.push_back(name + "\\" + below);
+        }
     }
-    ListBelow(folder, "", &list);
+    FindClose(search);
     std::sort(list.begin(), list.end());
     return list;
 }

@@ -38,28 +38,6 @@ private:
     std::shared_ptr<void> mFile;
 };
 
-// A file or folder outside the package that goes away with the object. One that the machine has under this name is
-// put aside meanwhile.
-class Scratch {
-public:
-    explicit Scratch(std::string path) : mPath(std::move(path))
-    {
-        MoveFileA(mPath.c_str(), (mPath + ".aside").c_str());
-        RemoveTree(mPath);
-    }
-    ~Scratch()
-    {
-        RemoveTree(mPath);
-        MoveFileA((mPath + ".aside").c_str(), mPath.c_str());
-    }
-    Scratch(const Scratch &) = delete;
-    Scratch &operator=(const Scratch &) = delete;
-    const std::string &Path() const { return mPath; }
-
-private:
-    std::string mPath;
-};
-
 // Shows this 32-bit test program the folders of 64-bit Windows as they are, for as long as the object lives.
 class RedirectionOff {
 public:

@@ -16,13 +16,20 @@ TFunction Entry(const char *library, const char *name)
 }
 
 bool OnWine();
-bool On64BitWindows();
 
 // What the environment gives, empty when it doesn't; see Fixture.h.
 std::string EnvironmentText(const char *name);
 
 // A stand-in by its file name in the folder of the doubles.
 std::string DoublePath(const std::string &name);
+
+// Runs a program to its end, a minute at most; one of the system below Wine may outlive the call.
+bool Execute(std::string line);
+
+// The path as the system below Wine knows it; runs a command of its shell and answers whether that ended well. Empty
+// and false where there is no such system.
+std::string HostPath(const std::string &path);
+bool OnHost(const std::string &command);
 
 // The version of Windows that the installer meets on Wine, by its name there: "win2k", "winxp" (32-bit prefix only),
 // "winxp64", "vista", "win7", "win8", "win81", "win10".

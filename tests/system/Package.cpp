@@ -80,41 +80,7 @@ Package &Package::Program(const std::string &name)
     return *this;
 }
 
-Package &Package::StartedIn(const std::string &folder)
-{
-    mStartFolder = folder;
-    return *this;
-}
-
-Package &Package::Environment(const std::string &name, const std::string &value)
-{
-    mEnvironment.emplace_back(name, value);
-    return *this;
-}
-
-Package &Package::Language(const std::string &locale)
-{
-    mLocale = locale;
-    return *this;
-}
-
-Package &Package::TraceAt(const std::string &path)
-{
-    mTraceAt = path;
-    return *this;
-}
-
-RunResult Package::Run(const std::string &tail)
-{
-    return RunPlain(tail.empty() ? "/s" : "/s " + tail);
-}
-
-RunResult Package::RunPlain(const std::string &tail)
-{
-    return Start(tail).Wait();
-}
-
-RunningSetup Package::Start(const std::string &tail)
+RunningSetup Package::Start(const std::string &tail, DWORD flags)
 {
     RunningSetup run;
     run.mTemp = mTemp;
@@ -137,12 +103,12 @@ RunningSetup Package::Start(const std::string &tail)
                                        : LineInLanguage(tail, run.mExitCodeFile);
     line.push_back('\0');
     SwapEnvironment();
-    const bool started = CreateProcessA(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr, mStartFolder.c_str(),
-                                        &startup, &process) != FALSE;
+    const bool started = CreateProcessA(nullptr, line.data(), nullptr, nullptr, FALSE, flags, nullptr,
+                                        mStartFolder.c_str(), &startup, &process) != FALSE;
     EXPECT_TRUE(started) << "error " << GetLastError() << " when starting " << line;
     SwapEnvironment();
     if (started && mLocale.empty()) {
-        CloseHandle(process.hThread);
+        run.mThread.reset(process.hThread, CloseHandle);
         run.mProcessId = process.dwProcessId;
         run.mProcess.reset(process.hProcess, [](HANDLE running) {
             TerminateProcess(running, 0xFFFFFFFF);
@@ -195,13 +161,11 @@ bool RunningSetup::Ended(DWORD milliseconds, DWORD *exitCode_O)
 RunResult RunningSetup::Wait(DWORD milliseconds)
 {
     RunResult result;
-    result.mStarted = mProcess != nullptr || !mExitCodeFile.empty();
-    if (!result.mStarted) {
-        return result;
+    if (mProcess == nullptr && mExitCodeFile.empty()) {
+        return result; // could not be started
     }
     result.mProcessId = mProcessId;
     if (!Ended(milliseconds, &result.mExitCode)) {
-        result.mTimedOut = true;
         ADD_FAILURE() << "the installer still runs after " << milliseconds << " ms";
         if (mProcess != nullptr) {
             TerminateProcess(mProcess.get(), 0xFFFFFFFF);

@@ -12,8 +12,6 @@
 
 // What a run left behind.
 struct RunResult {
-    bool mStarted = false;
-    bool mTimedOut = false;
     DWORD mExitCode = 0xFFFFFFFF;
     DWORD mProcessId = 0;                   // 0 when the run was started in another language
     std::optional<std::string> mOutputFile; // TavixInstallO.txt, when this run wrote it
@@ -27,14 +25,16 @@ public:
     // Waits for the end, stops the process when that does not come in time, and gathers what is left.
     RunResult Wait(DWORD milliseconds = 30000);
 
-    // The process; null for a run in another language.
+    // Process and first thread; null for a run in another language.
     HANDLE Process() const { return mProcess.get(); }
+    HANDLE Thread() const { return mThread.get(); }
+    DWORD ProcessId() const { return mProcessId; }
 
 private:
     friend class Package;
     bool Ended(DWORD milliseconds, DWORD *exitCode_O);
 
-    std::shared_ptr<void> mProcess; // null when it could not be started
+    std::shared_ptr<void> mProcess, mThread; // null when it could not be started
     DWORD mProcessId = 0;
     std::string mExitCodeFile; // where the exit code of a run in another language arrives
     std::string mTemp;
@@ -76,23 +76,25 @@ public:
     Package &Program(const std::string &name);
 
     // The current directory that the next runs are started in, in place of the package's folder.
-    Package &StartedIn(const std::string &folder);
+    Package &StartedIn(const std::string &folder) { return mStartFolder = folder, *this; }
 
     // The environment of the next runs.
-    Package &Environment(const std::string &name, const std::string &value);
+    Package &Environment(const std::string &name, const std::string &value)
+    {
+        return mEnvironment.emplace_back(name, value), *this;
+    }
 
     // The display language of the next runs, as Wine knows it: "zh_CN.UTF-8". Needs Wine.
-    Package &Language(const std::string &locale);
+    Package &Language(const std::string &locale) { return mLocale = locale, *this; }
 
     // Where the trace of the next runs goes, for tests that name the file themselves; a "*" in the path stands for the
     // process id. Empty for the place that the installer chooses.
-    Package &TraceAt(const std::string &path);
+    Package &TraceAt(const std::string &path) { return mTraceAt = path, *this; }
 
-    // Runs the installer in the package's folder. The tail is put behind the program's name as it stands; Run puts
-    // "/s" in front of it, RunPlain nothing.
-    RunResult Run(const std::string &tail = "");
-    RunResult RunPlain(const std::string &tail);
-    RunningSetup Start(const std::string &tail);
+    // Runs the installer in the package's folder, with what stands behind the program's name, or starts it, with flags
+    // of CreateProcess.
+    RunResult Run(const std::string &tail = "/s") { return Start(tail).Wait(); }
+    RunningSetup Start(const std::string &tail, DWORD flags = 0);
 
 private:
     std::string LineInLanguage(const std::string &tail, const std::string &exitCodeFile);

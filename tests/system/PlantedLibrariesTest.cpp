@@ -57,7 +57,7 @@ Log;end)");
     mControl = true;
     DeleteFileA(mPackage.Path(GetParam()).c_str());
     mPackage.Copy(DoublePath("planted\\trusting.exe"), GetParam());
-    EXPECT_EQ(mPackage.RunPlain("setupapi.dll version.dll wtsapi32.dll").mExitCode, 0u);
+    EXPECT_EQ(mPackage.Run("setupapi.dll version.dll wtsapi32.dll").mExitCode, 0u);
     EXPECT_GE(Loaded(), 3u);
 }
 

@@ -123,20 +123,6 @@ std::string ReadRegText(HKEY root, const std::string &path, const std::string &n
     return text;
 }
 
-std::string ReadRegUnicode(HKEY root, const std::string &path, const std::string &name, EView view)
-{
-    const Key key = OpenKey(root, path, KEY_READ | view);
-    const std::wstring wide(name.begin(), name.end()); // names of values are ASCII
-    wchar_t text[256] = {};
-    DWORD size = sizeof text - sizeof *text;
-    if (!key || RegQueryValueExW(key.get(), wide.c_str(), nullptr, nullptr, reinterpret_cast<BYTE *>(text), &size)) {
-        return "<none>";
-    }
-    char bytes[4 * 256] = {};
-    WideCharToMultiByte(CP_UTF8, 0, text, -1, bytes, sizeof bytes, nullptr, nullptr);
-    return bytes;
-}
-
 RegData RegText(const std::string &text, DWORD type)
 {
     return {type, text + '\0'};
@@ -147,68 +133,64 @@ RegData RegNumber(DWORD number)
     return {REG_DWORD, std::string(reinterpret_cast<const char *>(&number), sizeof number)};
 }
 
-RegistrySnapshot::RegistrySnapshot(HKEY root, const std::string &path) : mRoot(root)
+namespace {
+
+// What puts a key back to what it is.
+std::function<void()> Kept(HKEY root, const std::string &path, EView view)
 {
-    const std::vector<EView> views =
-        On64BitWindows() ? std::vector<EView>{EView32, EView64} : std::vector<EView>{EProcessView};
-    for (const EView view : views) {
+    const Key key = OpenKey(root, path, KEY_READ | view);
+    if (!key) {
+        return [=] { RemoveKey(root, path, view); };
+    }
+    std::map<std::string, RegData> values;
+    for (const std::string &name : Names(key, true)) {
+        if (const std::optional<RegData> data = ReadValue(root, path, name, view)) {
+            values[name] = *data;
+        }
+    }
+    std::map<std::string, std::function<void()>> keys;
+    for (const std::string &name : Names(key, false)) {
+        keys[name] = Kept(root, path + "\\" + name, view);
+    }
+    return [=] {
+        CreateKey(root, path, view);
+        const Key present = OpenKey(root, path, KEY_READ | view);
+        for (const std::string &name : Names(present, true)) {
+            if (values.count(name) == 0) {
+                RemoveValue(root, path, name, view);
+            }
+        }
+        for (const std::string &name : Names(present, false)) {
+            if (keys.count(name) == 0) {
+                RemoveKey(root, path + "\\" + name, view);
+            }
+        }
+        for (const auto &[name, data] : values) {
+            WriteValue(root, path, name, data, view);
+        }
+        for (const auto &[name, restore] : keys) {
+            restore();
+        }
+    };
+}
+
+} // namespace
+
+RegistrySnapshot::RegistrySnapshot(HKEY root, const std::string &path)
+{
+    for (const EView view : {EView32, EView64}) { // a 32-bit Windows has one, twice
         // Of a path that does not exist the first part that is missing, so that all that comes along goes again.
         size_t end = path.find('\\');
         while (end != std::string::npos && KeyExists(root, path.substr(0, end), view)) {
             end = path.find('\\', end + 1);
         }
-        mViews.push_back({view, path.substr(0, end), Take(root, path.substr(0, end), view)});
+        mRestores.push_back(Kept(root, path.substr(0, end), view));
     }
 }
 
 RegistrySnapshot::~RegistrySnapshot()
 {
-    for (const View &view : mViews) {
-        Restore(mRoot, view.mPath, view.mView, view.mContent);
-    }
-}
-
-std::optional<RegistrySnapshot::Content> RegistrySnapshot::Take(HKEY root, const std::string &path, EView view)
-{
-    const Key key = OpenKey(root, path, KEY_READ | view);
-    if (!key) {
-        return std::nullopt;
-    }
-    Content content;
-    for (const std::string &name : Names(key, true)) {
-        if (const std::optional<RegData> data = ReadValue(root, path, name, view)) {
-            content.mValues[name] = *data;
-        }
-    }
-    for (const std::string &name : Names(key, false)) {
-        if (const std::optional<Content> below = Take(root, path + "\\" + name, view)) {
-            content.mKeys[name] = *below;
-        }
-    }
-    return content;
-}
-
-void RegistrySnapshot::Restore(HKEY root, const std::string &path, EView view, const std::optional<Content> &content)
-{
-    if (!content) {
-        RemoveKey(root, path, view);
-        return;
-    }
-    CreateKey(root, path, view);
-    for (const std::string &name : Names(OpenKey(root, path, KEY_READ | view), true)) {
-        if (content->mValues.count(name) == 0) {
-            RemoveValue(root, path, name, view);
-        }
-    }
-    for (const auto &[name, data] : content->mValues) {
-        WriteValue(root, path, name, data, view);
-    }
-    for (const std::string &name : Names(OpenKey(root, path, KEY_READ | view), false)) {
-        if (content->mKeys.count(name) == 0) {
-            RemoveKey(root, path + "\\" + name, view);
-        }
-    }
-    for (const auto &[name, below] : content->mKeys) {
-        Restore(root, path + "\\" + name, view, below);
+    for (const auto &restore : mRestores) {
+        restore();
     }
 }

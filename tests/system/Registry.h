@@ -3,6 +3,7 @@
 
 #include <windows.h>
 
+#include <functional>
 #include <map>
 #include <optional>
 #include <string>
@@ -32,7 +33,6 @@ void RemoveValue(HKEY root, const std::string &path, const std::string &name, EV
 
 // A text value without its NUL, "<none>" when it is missing; texts and numbers for writing.
 std::string ReadRegText(HKEY root, const std::string &path, const std::string &name, EView view = EProcessView);
-std::string ReadRegUnicode(HKEY root, const std::string &path, const std::string &name, EView view); // UTF-8
 RegData RegText(const std::string &text, DWORD type = REG_SZ);
 RegData RegNumber(DWORD number);
 
@@ -46,20 +46,7 @@ public:
     RegistrySnapshot &operator=(const RegistrySnapshot &) = delete;
 
 private:
-    struct Content {
-        std::map<std::string, RegData> mValues;
-        std::map<std::string, Content> mKeys;
-    };
-    static std::optional<Content> Take(HKEY root, const std::string &path, EView view);
-    static void Restore(HKEY root, const std::string &path, EView view, const std::optional<Content> &content);
-
-    HKEY mRoot;
-    struct View {
-        EView mView;
-        std::string mPath;
-        std::optional<Content> mContent;
-    };
-    std::vector<View> mViews;
+    std::vector<std::function<void()>> mRestores; // in each view
 };
 
 // The settings of the installer. They begin empty, whatever the machine has, and go back to what they were.

@@ -56,14 +56,3 @@ inline std::shared_ptr<void> DropServiceLater(const std::string &name)
                 DeleteService(static_cast<SC_HANDLE>(OpenTestService(name).get()));
             }};
 }
-
-// Marked for deletion as long as the pointer holds it open, or a sound one; null when it could not be made.
-inline std::shared_ptr<void> MakeTestService(const std::string &name, bool markForDeletion)
-{
-    const auto service = OpenTestService(name, "C:\\nowhere.exe");
-    const auto handle = static_cast<SC_HANDLE>(service.get());
-    if (handle == nullptr || (markForDeletion && !DeleteService(handle))) {
-        return nullptr;
-    }
-    return {handle, [service](void *open) { DeleteService(static_cast<SC_HANDLE>(open)); }}; // a marked one stays so
-}

@@ -45,40 +45,11 @@ bool TakeRights(HANDLE process, const std::string &goneProgram)
 
 WithoutRightsResult RunWithoutRights(Package &package, const std::string &tail, bool gone)
 {
-    WithoutRightsResult result;
-    RunResult &parent = result.mParent;
-    STARTUPINFOA startup = {};
-    startup.cb = sizeof startup;
-    PROCESS_INFORMATION process = {};
-    const std::string program = package.Path("TavixSetup.exe");
-    std::string line = "\"" + program + "\" " + tail;
-    const std::string tmp = EnvironmentText("TMP");
-    const std::string temp = EnvironmentText("TEMP");
-    SetEnvironmentVariableA("TMP", package.Temp().c_str());
-    SetEnvironmentVariableA("TEMP", package.Temp().c_str());
-    parent.mStarted = CreateProcessA(nullptr, line.data(), nullptr, nullptr, FALSE, DEBUG_ONLY_THIS_PROCESS, nullptr,
-                                     package.Folder().c_str(), &startup, &process) != FALSE;
-    SetEnvironmentVariableA("TMP", tmp.c_str());
-    SetEnvironmentVariableA("TEMP", temp.c_str());
-    if (!parent.mStarted || !TakeRights(process.hProcess, gone ? program : "")) {
-        ADD_FAILURE() << "error " << GetLastError() << " when starting the installer and taking its rights";
-    }
-    parent.mProcessId = process.dwProcessId;
-    parent.mTimedOut = WaitForSingleObject(process.hProcess, 30000) != WAIT_OBJECT_0;
-    EXPECT_FALSE(parent.mTimedOut) << "the installer does not end";
-    TerminateProcess(process.hProcess, 0xFFFFFFFF); // one that does not end
-    GetExitCodeProcess(process.hProcess, &parent.mExitCode);
-    CloseHandle(process.hThread);
-    CloseHandle(process.hProcess);
-    if (FileExists(package.Temp("TavixInstallO.txt"))) {
-        parent.mOutputFile = ReadText(package.Temp("TavixInstallO.txt"));
-    }
-    const std::string own = "Install" + std::to_string(parent.mProcessId) + ".txt";
+    RunningSetup run = package.Start(tail, DEBUG_ONLY_THIS_PROCESS);
+    EXPECT_TRUE(TakeRights(run.Process(), gone ? package.Path("TavixSetup.exe") : "")) << GetLastError();
+    WithoutRightsResult result{run.Wait(), {}};
     for (const std::string &name : Tree(package.Temp())) {
-        if (name == own) {
-            parent.mTraceText = ReadText(package.Temp(name));
-            parent.mTrace = ParseTrace(parent.mTraceText);
-        } else if (Fits("Install*.txt", name)) {
+        if (Fits("Install*.txt", name) && name != "Install" + std::to_string(run.ProcessId()) + ".txt") {
             result.mOtherTraces.push_back(ParseTrace(ReadText(package.Temp(name))));
         }
     }

@@ -4,14 +4,13 @@
 #include <map>
 #include <new>
 
-#include <gtest/gtest.h>
-
 #include "Common/DriverNames.h"
 #include "FakeProfile.h"
 #include "Installer/CommandLine.h"
 #include "Installer/DriverTypes.h"
 #include "Installer/Options.h"
 #include "Installer/Outcomes.h"
+#include "Tables.h"
 #include "TraceRecorder.h"
 
 namespace {
@@ -101,24 +100,11 @@ TEST_F(Preflight, AsksInOrderAndLaterReadsWin)
 
 TEST_F(Preflight, TheDecisionTable)
 {
-    const struct {
-        int32_t mOSType;
-        const char *mFacts; // o Obs, i ISD, t TOUCH, d device, n NOHARDWARE_OVERRIDE, a no rights, e earlier, u, c
-        uint32_t mType;
-        const char *mRest; // E elevation, R reboot required; the group
-    } rows[] = {
-        {-1, "iae", 5, " Install"},   {-1, "u", 5, " Uninstall"},  {62, "o", 0, " Install"},
-        {-1, "oae", 2, " Install"},   {40, "iae", 6, " Install"},  {40, "id", 0, " Install"},
-        {40, "in", 0, " Install"},    {40, "it", 0, " Install"},   {40, "iu", 1, " Uninstall"},
-        {20, "ae", 2, " Install"},    {21, "au", 2, " Uninstall"}, {30, "ae", 2, "E Install"},
-        {61, "au", 2, "E Uninstall"}, {50, "ue", 1, " Uninstall"}, {51, "e", 3, "R Install"},
-        {60, "uce", 3, "R Group"},    {40, "uc", 0, " Group"},
-    };
-    for (const auto &row : rows) {
-        const auto has = [&](char fact) { return std::string(row.mFacts).find(fact) != std::string::npos; };
+    ExpectTable("decisions", [&](const std::string &row) {
+        const auto has = [&](char fact) { return row.find(fact) != std::string::npos; };
         CRunState run(mHost, mScript, nullptr, 0);
         CFakeFacts facts;
-        facts.mOSType = row.mOSType;
+        facts.mOSType = std::stoi(row);
         facts.mScript = {{"ISD", has('i')}, {"TOUCH", has('t')}};
         facts.mSettings = {{"Obs", has('o')}};
         facts.mAdmin = has('a') ? 2 : 1;
@@ -128,44 +114,28 @@ TEST_F(Preflight, TheDecisionTable)
         run.mUninstall = has('u');
         run.mCommandOverride = has('c') ? "Group" : "";
         const EPreflightAction action = TakePreflightDecisions(run, facts);
-        EXPECT_EQ(run.mInstallType, row.mType) << row.mOSType << row.mFacts;
-        EXPECT_EQ(std::string(action == EPreflightElevate ? "E" : "") + (run.mRebootRequired ? "R" : "") + " " +
-                      run.mCommand,
-                  row.mRest)
-            << row.mOSType << row.mFacts;
-    }
+        return std::to_string(run.mInstallType) + (action == EPreflightElevate ? "E" : "") +
+               (run.mRebootRequired ? "R" : "") + " " + run.mCommand;
+    });
+    TakeTraceRecords();
 }
 
 TEST_F(Preflight, OptionsAreTakenInTheirOrderUpToHex)
 {
-    const struct {
-        const char *mTail;
-        uint32_t mDialogState;
-        const char *mTaken; // u, i, s, e, f, a; the group; the file of /hex
-    } rows[] = {
-        {"", 0, "      ::-"},
-        {"/u -INK /Silent /suppress-error /from-ife /agree", 0, "uisefa::-"},
-        {"/uninstall/s", 0, "u s   ::-"},
-        {"/s /suppress-error /from-ife /agree /u", 1, "u     ::-"},
-        {"/command G /command", 0, "      ::-"},
-        {"/command /u /s", 0, "  s   :/u:-"},
-        {"/command \"G H\" /si x", 0, "      :G H:-"},
-        {"/s /hex f.bin /u", 0, "  s   ::f.bin"},
-        {"/hex", 0, "      ::"},
-    };
-    for (const auto &row : rows) {
+    ExpectTable("options", [](const std::string &row) {
         RunOptions options;
-        options.mDialogState = row.mDialogState;
+        options.mDialogState = static_cast<uint32_t>(std::stoi(row));
         uint32_t ink = 0;
         LanguageProvider language("en");
-        const HexRequest hex = TakeOptions(SplitCommandLine(row.mTail), options, ink, language);
-        const auto mark = [](bool on, char letter) { return on ? letter : ' '; };
-        const std::string marks = {mark(options.mUninstall, 'u'),   mark(ink != 0, 'i'),
-                                   mark(options.mSilent != 0, 's'), mark(options.mSuppressError, 'e'),
-                                   mark(options.mFromIFE, 'f'),     mark(options.mAgreed, 'a')};
-        EXPECT_EQ(marks + ":" + options.mCommandOverride + ":" + (hex.mAsked ? hex.mFile : "-"), row.mTaken)
-            << row.mTail;
-    }
+        const HexRequest hex = TakeOptions(SplitCommandLine(row.substr(2)), options, ink, language);
+        std::string marks;
+        for (const auto &[on, letter] : {std::pair(options.mUninstall, "u"), std::pair(ink != 0, "i"),
+                                         std::pair(options.mSilent != 0, "s"), std::pair(options.mSuppressError, "e"),
+                                         std::pair(options.mFromIFE, "f"), std::pair(options.mAgreed, "a")}) {
+            marks += on ? letter : "";
+        }
+        return marks + ":" + options.mCommandOverride + ":" + (hex.mAsked ? hex.mFile : "-");
+    });
     EXPECT_EQ(FindDebugOption(SplitCommandLine("/s /D a.txt /debug b.txt")).mFile, "a.txt");
     EXPECT_TRUE(FindDebugOption(SplitCommandLine("x /debug")).mAsked);
     EXPECT_FALSE(FindDebugOption(SplitCommandLine("debug /dd")).mAsked);

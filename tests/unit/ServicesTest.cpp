@@ -96,7 +96,7 @@ TEST(Services, AStepWaitsAndForgives)
     ExpectTable("named-service", [](const std::string &row) {
         std::string outcomes[2];
         for (int level : {7, kDefaultDiagnosticLevel}) {
-            gDiagnosticLevel = level;
+            SetDiagnosticLevel(level);
             CListedService service(row.substr(row.find(' ')));
             const bool result = ControlNamedService(service, row.back() == '-' ? "" : "Name", row[2] == 'o');
             service.mOpened.clear();

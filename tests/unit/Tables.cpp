@@ -24,3 +24,9 @@ std::vector<std::pair<std::string, std::string>> TableRows(const std::string &na
     }
     return rows;
 }
+
+std::string Exchanged(std::string text, char from, char to)
+{
+    std::replace(text.begin(), text.end(), from, to);
+    return text;
+}

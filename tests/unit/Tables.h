@@ -22,6 +22,9 @@ void ExpectTable(const std::string &name, TFunction function)
     }
 }
 
+// The text with one character in the place of another.
+std::string Exchanged(std::string text, char from, char to);
+
 // "newer", "older" or "neither" for a pair "a over b", by a relation of two values that are read from text.
 template <typename TRead, typename TNewer>
 std::string Relation(const std::string &pair, TRead read, TNewer newer)

@@ -2,12 +2,9 @@
 
 #include <cstdarg>
 #include <cstdio>
+#include <utility>
 
 #include "Common/Trace.h"
-
-int gDiagnosticLevel = kDefaultDiagnosticLevel;
-bool gTraceToDebugOut = true;
-bool gAssertsToDebugOut = true;
 
 namespace {
 
@@ -18,13 +15,9 @@ TVX_PRINTF(1, 0) int Record(const char *format, va_list arguments)
 {
     static char message[0x4000]; // longer ones are cut; on the stack the sanitizers would mark all of it at each record
     const int length = vsnprintf(message, sizeof message, format, arguments);
-    if (length < 0) {
-        return -1;
-    }
-    std::string text = message;
-    text.resize(text.empty() || text.back() != '\n' ? text.size() : text.size() - 1);
-    if (gRecords.size() < kMostRecords) {
-        gRecords.push_back(text);
+    const std::string text = message;
+    if (length >= 0 && gRecords.size() < kMostRecords) {
+        gRecords.push_back(text.substr(0, text.size() - (!text.empty() && text.back() == '\n')));
     }
     return length;
 }
@@ -33,9 +26,7 @@ TVX_PRINTF(1, 0) int Record(const char *format, va_list arguments)
 
 std::vector<std::string> TakeTraceRecords()
 {
-    std::vector<std::string> records;
-    records.swap(gRecords);
-    return records;
+    return std::exchange(gRecords, {});
 }
 
 std::string TakeAssertions()
@@ -57,7 +48,7 @@ std::string WithAssertions(const std::string &outcome)
 
 int trace(int level, const char *format, ...)
 {
-    if (level >= gDiagnosticLevel) {
+    if (level >= DiagnosticLevel()) {
         return 0;
     }
     va_list arguments;

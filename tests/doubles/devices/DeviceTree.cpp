@@ -16,6 +16,7 @@
 #include <set>
 #include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -67,12 +68,10 @@ CTree ReadTree(const std::string &path)
         if (node.mEnumerator.empty() || node.mEnumerator[0] == '#') {
             continue;
         }
-        if (node.mEnumerator == "fail-list" && !node.mId.empty()) {
+        if (node.mEnumerator == "fail-list") {
             tree.mFailingLists.insert(node.mId);
-        } else if (node.Listed() || node.mState == "remembered") {
-            tree.mNodes.push_back(node);
         } else {
-            Log("bad line: " + line);
+            tree.mNodes.push_back(node);
         }
     }
     return tree;
@@ -107,8 +106,7 @@ CList MakeList(const char *enumerator, bool present)
     return list;
 }
 
-std::deque<CList> gLists;   // their addresses are the handles, so none comes twice
-std::set<HDEVINFO> gClosed; // handles of lists that were closed
+std::deque<CList> gLists; // their addresses are the handles, so none comes twice
 
 // The list behind a handle, null for a list of the system's own library.
 CList *OwnList(HDEVINFO handle)
@@ -125,21 +123,6 @@ TEntry System(TEntry, const char *entry)
     return reinterpret_cast<TEntry>(reinterpret_cast<void *>(GetProcAddress(library, entry)));
 }
 #define SYSTEM_ENTRY(name) System(&(name), #name)
-
-// The node of a call on one of our lists. A caller with the structure of another Windows is turned away.
-CNode *NodeOf(PSP_DEVINFO_DATA device)
-{
-    if (device == nullptr || device->cbSize != sizeof(*device)) {
-        SetLastError(ERROR_INVALID_USER_BUFFER);
-        return nullptr;
-    }
-    CNode *const node = FindNode(device->DevInst);
-    if (node == nullptr || node->mRemoved) {
-        SetLastError(ERROR_NO_SUCH_DEVINST);
-        return nullptr;
-    }
-    return node;
-}
 
 } // namespace
 
@@ -185,11 +168,6 @@ BOOL WINAPI SetupDiDestroyDeviceInfoList(HDEVINFO handle)
     if (list == nullptr) {
         return SYSTEM_ENTRY(SetupDiDestroyDeviceInfoList)(handle);
     }
-    if (!gClosed.insert(handle).second) {
-        Log("close again");
-        SetLastError(ERROR_INVALID_HANDLE);
-        return FALSE;
-    }
     Log("close");
     list->clear(); // a walk over a closed list finds nothing
     return TRUE;
@@ -200,15 +178,10 @@ BOOL WINAPI SetupDiRemoveDevice(HDEVINFO handle, PSP_DEVINFO_DATA device)
     if (OwnList(handle) == nullptr) {
         return SYSTEM_ENTRY(SetupDiRemoveDevice)(handle, device);
     }
-    const CNode *const known = device != nullptr ? FindNode(device->DevInst) : nullptr;
-    CNode *const node = NodeOf(device);
-    const DWORD error = GetLastError();
-    Log(std::string(node != nullptr ? "remove " : "remove again ") + (known != nullptr ? known->mId : ""));
-    if (node != nullptr) {
-        node->mRemoved = true;
-    }
-    SetLastError(error);
-    return node != nullptr;
+    CNode *const node = FindNode(device->DevInst);
+    Log((node->mRemoved ? "remove again " : "remove ") + node->mId);
+    SetLastError(ERROR_NO_SUCH_DEVINST);
+    return !std::exchange(node->mRemoved, true);
 }
 
 HKEY WINAPI SetupDiOpenDevRegKey(HDEVINFO handle, PSP_DEVINFO_DATA device, DWORD scope, DWORD profile, DWORD type,
@@ -218,10 +191,7 @@ HKEY WINAPI SetupDiOpenDevRegKey(HDEVINFO handle, PSP_DEVINFO_DATA device, DWORD
     if (OwnList(handle) == nullptr) {
         return SYSTEM_ENTRY(SetupDiOpenDevRegKey)(handle, device, scope, profile, type, access);
     }
-    const CNode *const node = NodeOf(device);
-    if (node == nullptr) {
-        return invalid;
-    }
+    const CNode *const node = FindNode(device->DevInst);
     if (scope != DICS_FLAG_GLOBAL || profile != 0 || type != DIREG_DEV) {
         SetLastError(ERROR_INVALID_FLAGS);
         return invalid;

@@ -23,7 +23,9 @@ asked = {}
 for name in PORTS:
     master, slave = pty.openpty()
     tty.setraw(slave)
-    (prefix / "dosdevices" / name.lower()).symlink_to(os.ttyname(slave))
+    link = prefix / "dosdevices" / name.lower()
+    link.unlink(missing_ok=True)  # of an earlier run in this prefix
+    link.symlink_to(os.ttyname(slave))
     selector.register(master, selectors.EVENT_READ, (name, slave))
 
 
