@@ -1,9 +1,20 @@
 // Plans of any script.
 #include <sstream>
 
+#include "Common/UserLanguage.h"
 #include "Pack/PlanCommand.h"
 #include "Pack/Planner.h"
 #include "TraceRecorder.h"
+
+uint16_t GetUserUILanguageId()
+{
+    return 0x0409;
+}
+
+uint32_t GetUserLocaleId()
+{
+    return 0x0409;
+}
 
 namespace {
 
@@ -29,8 +40,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     tree.AddFile("installer.dat");
     PlanOptions options;
     options.mUninstall = size % 2 != 0;
-    options.mMostBranches = 30;
-    options.mMostSteps = 2000;
+    options.mMostBranches = 10;
+    options.mMostSteps = 400;
     const Plan plan = MakePlan(options, source, tree);
     std::ostringstream out;
     CPackConsole console{out, out};
