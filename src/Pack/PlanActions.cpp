@@ -112,9 +112,7 @@ EAnswer CPlanRun::Copy(const std::string &from, const std::string &to, EPlanView
     }
     if (fact.mThere == EAnswer::EOpen) {
         note_O = "if the source is there";
-        if (former.mThere != EAnswer::EYes) {
-            mState.mFiles.Forget(target);
-        }
+        mState.mFiles.PutPerhaps(target);
         return EAnswer::EOpen;
     }
     TreeFact copy;
@@ -168,8 +166,8 @@ EAnswer CPlanRun::CopyFolder(const std::string &from, const std::string &to, std
     note_O = sure ? "" : "if the source is there";
     if (sure) {
         mState.mFiles.Put(target, folder);
-    } else if (mState.mFiles.Exists(target) != EAnswer::EYes) {
-        mState.mFiles.Forget(target);
+    } else {
+        mState.mFiles.PutPerhaps(target);
     }
     size_t files = 0;
     for (const auto &[name, entry] : mState.mFiles.Below(source)) {
@@ -178,9 +176,7 @@ EAnswer CPlanRun::CopyFolder(const std::string &from, const std::string &to, std
             continue;
         }
         if (entry.mThere == EAnswer::EOpen || !sure) {
-            if (mState.mFiles.Exists(place) != EAnswer::EYes) {
-                mState.mFiles.Forget(place);
-            }
+            mState.mFiles.PutPerhaps(place);
             continue;
         }
         TreeFact copy = entry;
@@ -209,9 +205,7 @@ EAnswer CPlanRun::ActOnFiles(const CommandInfo &info, const std::vector<std::str
             note_O = there == EAnswer::ENo ? "the source is not there" : "";
             return there;
         }
-        if (!path.empty() && files.Exists(path) != EAnswer::EYes) {
-            files.Forget(path);
-        }
+        files.PutPerhaps(path);
         return EAnswer::EYes;
     }
     if (info.mEffect == EWritesFile) {
@@ -226,9 +220,7 @@ EAnswer CPlanRun::ActOnFiles(const CommandInfo &info, const std::vector<std::str
             if (newer == EAnswer::EOpen) {
                 note_O = "if it is newer";
                 const std::string target = mContext.mMachine.FilePath(fields[1], view);
-                if (!target.empty() && files.Exists(target) != EAnswer::EYes) {
-                    files.Forget(target);
-                }
+                files.PutPerhaps(target);
                 return EAnswer::EOpen;
             }
         }

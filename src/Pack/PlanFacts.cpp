@@ -103,9 +103,16 @@ void CTreeFacts::Remove(const std::string &path)
 void CTreeFacts::Forget(const std::string &path)
 {
     TreeFact fact = Find(path);
+    fact.mWhole = fact.mWhole || fact.mThere == EAnswer::ENo; // nothing else has come to be below it
     fact.mThere = EAnswer::EOpen;
-    fact.mWhole = false;
     Set(path, fact);
+}
+
+void CTreeFacts::PutPerhaps(const std::string &path)
+{
+    for (std::string place = path; !place.empty() && Exists(place) != EAnswer::EYes; place = ParentPath(place)) {
+        Forget(place);
+    }
 }
 
 void CTreeFacts::Empty(const std::string &path, const std::function<bool(const std::string &)> &stays)

@@ -46,6 +46,9 @@ public:
     // The place is there from now on, and so is all that leads to it.
     void Put(const std::string &path, const TreeFact &fact);
 
+    // It may have come to be there, with all that leads to it.
+    void PutPerhaps(const std::string &path);
+
     // The place is gone with all below it; nobody knows whether it is there.
     void Remove(const std::string &path);
     void Forget(const std::string &path);

@@ -74,9 +74,16 @@ EAnswer CPlanRun::ActOnRegistry(const CommandInfo &info, const std::vector<std::
             return EAnswer::ENo;
         }
         const RegLocation location = Location(fields[2]);
-        const EAnswer acts = WriteValue(location, view, fields[1], value ? *value + '\0' : value, false, note_O);
-        note_O = value ? note_O : "if the file has the entry";
-        return value ? acts : EAnswer::EOpen;
+        if (!value) {
+            note_O = "if the file has the entry";
+            const std::string key = mContext.mMachine.KeyPath(location, view);
+            if (mState.mRegistry.KeyExists(key) != EAnswer::EYes) {
+                mState.mRegistry.ForgetKey(key);
+            }
+            mState.mRegistry.ForgetValue(key, ToLowerCopy(fields[1]));
+            return EAnswer::EOpen;
+        }
+        return WriteValue(location, view, fields[1], *value + '\0', false, note_O);
     }
     const RegLocation location = Location(fields[0]);
     const std::string &name = fields[1];

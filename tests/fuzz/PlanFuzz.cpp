@@ -1,9 +1,20 @@
 // Plans of any script.
 #include <sstream>
 
+#include "Common/UserLanguage.h"
 #include "Pack/PlanCommand.h"
 #include "Pack/Planner.h"
 #include "Require.h"
+
+uint16_t GetUserUILanguageId()
+{
+    return 0x0409;
+}
+
+uint32_t GetUserLocaleId()
+{
+    return 0x0409;
+}
 
 namespace {
 
@@ -28,8 +39,8 @@ void CheckInput(const std::string &text)
     tree.AddFile("installer.dat");
     PlanOptions options;
     options.mUninstall = text.size() % 2 != 0;
-    options.mMostBranches = 30;
-    options.mMostSteps = 2000;
+    options.mMostBranches = 10;
+    options.mMostSteps = 400;
     const Plan plan = MakePlan(options, source, tree);
     std::ostringstream out;
     CPackConsole console{out, out};
