@@ -96,7 +96,8 @@ TEST_F(DriverNames, KeyOfAHalfStandsBetweenTypeAndLineAndWhatIsMissingIsReported
     gDriverSplitNamesMap[100] = {{257, "type"}, {256, "half"}, {2, "line"}, {0, "other"}};
     EXPECT_EQ(Names("100", {257, 258, 514, 513}), "type,half,line,other");
     gDriverSplitNamesMap[100] = {{1, "line"}};
-    EXPECT_EQ(Names("100", {EDriverProPen}) + Names("49", {EDriverProPen}), "");
+    EXPECT_EQ(Names("100", {EDriverProPen}), "");
+    EXPECT_EQ(Names("49", {EDriverProPen}), "");
     EXPECT_EQ(TakeAssertions(), "Found an entry but could not find a value. & gDriverSplitNamesMap.count(name_I)");
 }
 
@@ -137,9 +138,10 @@ TEST(PlatformRules, PlatformEditionAndTabletMakeTheOSTypeAndTheText)
     EXPECT_EQ(others, "2=2 5=2 11=1 47=1 66=1 67=2 ");
 }
 
-// Gives the process its unset OS type back.
+// Begins with the unset OS type, whatever test was in front, and gives it back.
 class SystemState : public testing::Test, protected CSystemState {
 protected:
+    SystemState() { mOSType = kOSTypeUnset; }
     ~SystemState() override { mOSType = kOSTypeUnset; }
 };
 
