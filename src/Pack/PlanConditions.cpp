@@ -305,7 +305,7 @@ CPlanRun::Question CPlanRun::QuestionOf(const CommandInfo &info, const std::vect
             return NewerQuestion("", fields[2], false);
         }
         if (value.mThere == EAnswer::EYes && value.mData) {
-            return NewerQuestion(value.mData->c_str(), fields[2], false);
+            return NewerQuestion(value.mData->substr(0, value.mData->find('\0')), fields[2], false);
         }
         return Remembered("kernel\n" + fields[0] + "\n" + fields[1] + "\n" + fields[2],
                           "is the file that " + fields[1] + " of " + fields[0] + " names as new as " + fields[2]);

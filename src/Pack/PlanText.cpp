@@ -118,7 +118,7 @@ std::string PlanFields(const PlanNode &step)
 
 std::string PlanOutcome(const PlanNode &step)
 {
-    const std::string target = PlanShown(step.mTarget);
+    std::string target = PlanShown(step.mTarget);
     if (step.mInfo != nullptr && step.mInfo->mEffect == EJumps) {
         return target;
     }

@@ -41,7 +41,8 @@ public:
     std::string TextSetting(const std::string &name, const std::string &defaultValue) override
     {
         const ValueFact fact = Value(name);
-        return fact.mThere == EAnswer::EYes && fact.mData ? fact.mData->c_str() : defaultValue;
+        return fact.mThere == EAnswer::EYes && fact.mData ? fact.mData->substr(0, fact.mData->find('\0'))
+                                                          : defaultValue;
     }
     uint32_t ScriptNumber(const std::string &key, uint32_t defaultValue) override
     {
@@ -285,7 +286,7 @@ Plan MakePlan(const PlanOptions &options, IScriptSource &source, const CPackageT
     SettleLanguage(run.Script().ReadString("MAIN", "Languages", ""), run.mLanguage);
 
     CPlanFacts facts(run, machine, options.mUser == "admin" ? 1 : options.mUser == "filtered" ? 2 : 0);
-    EPreflightAction action = TakePreflightDecisions(run, facts);
+    const EPreflightAction action = TakePreflightDecisions(run, facts);
     if (run.mInstallType == ENoISDHardware && !context.mDevicesKnown) {
         plan.mOpening =
             "If no device is attached that this package is for, the run is refused with exit code 65. With one:";
@@ -297,7 +298,7 @@ Plan MakePlan(const PlanOptions &options, IScriptSource &source, const CPackageT
         CPlanFacts elevated(run, machine, 1);
         run.mInstallType = EInstallAllowed;
         run.mUninstall = options.mUninstall;
-        action = TakePreflightDecisions(run, elevated);
+        TakePreflightDecisions(run, elevated);
     }
     plan.mGroup = run.mCommand;
     plan.mRuns = run.mInstallType == EInstallAllowed || run.mInstallType == EUninstallAllowed;
