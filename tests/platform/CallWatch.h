@@ -1,5 +1,5 @@
-// Sees the calls of this thread into the system that have to do with files: what a process that is stopped leaves
-// behind is what stands on the disk at one of these calls.
+// Sees every call of this thread into the system: what a process that is stopped leaves behind is what stands on the
+// disk at one of these calls.
 #pragma once
 
 #include <windows.h>
@@ -8,20 +8,28 @@
 #include <functional>
 #include <vector>
 
-// Puts a stub in front of these entries of ntdll, for the length of the object. `seen` is called
+// Puts a stub in front of each entry of ntdll that calls the system, for the length of the object. `seen` is called
 // before the system is, and its own calls are not seen.
 class CCallWatch {
 public:
     explicit CCallWatch(std::function<void()> seen) : mSeen(std::move(seen)), mThread(GetCurrentThreadId())
     {
-        char *stub = static_cast<char *>(VirtualAlloc(nullptr, 4096, MEM_COMMIT, PAGE_EXECUTE_READWRITE));
+        constexpr DWORD kRoom = 0x20000;
+        char *stub = static_cast<char *>(VirtualAlloc(nullptr, kRoom, MEM_COMMIT, PAGE_EXECUTE_READWRITE));
+        mStubs = stub;
         gWatch = this;
-        for (const char *name :
-             {"NtCreateFile", "NtOpenFile", "NtReadFile", "NtWriteFile", "NtClose", "NtFlushBuffersFile",
-              "NtSetInformationFile", "NtQueryInformationFile", "NtFsControlFile", "NtDeleteFile",
-              "NtQueryAttributesFile", "NtQueryFullAttributesFile", "NtQueryDirectoryFile"}) {
-            auto *const entry = reinterpret_cast<char *>(GetProcAddress(GetModuleHandleA("ntdll.dll"), name));
-            if (entry != nullptr && *entry == '\xB8') {
+        char *const base = reinterpret_cast<char *>(GetModuleHandleA("ntdll.dll"));
+        const auto *dos = reinterpret_cast<IMAGE_DOS_HEADER *>(base);
+        const auto *nt = reinterpret_cast<IMAGE_NT_HEADERS32 *>(base + dos->e_lfanew);
+        const auto *exports =
+            reinterpret_cast<IMAGE_EXPORT_DIRECTORY *>(base + nt->OptionalHeader.DataDirectory[0].VirtualAddress);
+        const auto *names = reinterpret_cast<DWORD *>(base + exports->AddressOfNames);
+        const auto *ordinals = reinterpret_cast<WORD *>(base + exports->AddressOfNameOrdinals);
+        const auto *functions = reinterpret_cast<DWORD *>(base + exports->AddressOfFunctions);
+        for (DWORD at = 0; at < exports->NumberOfNames; ++at) {
+            const char *const name = base + names[at];
+            char *const entry = base + functions[ordinals[at]];
+            if (name[0] == 'N' && name[1] == 't' && *entry == '\xB8' && stub + 32 < mStubs + kRoom) {
                 stub = Patch(entry, stub);
             }
         }
@@ -81,6 +89,7 @@ private:
     static inline CCallWatch *gWatch = nullptr;
     std::function<void()> mSeen;
     DWORD mThread;
+    char *mStubs = nullptr;
     std::vector<std::pair<char *, std::vector<char>>> mFormer;
     bool mOn = false;
 };

@@ -10,6 +10,32 @@
 
 namespace {
 
+const char kVictimCall[] = "TAVIX_VICTIM_CALL";
+const char kVictimFolder[] = "TAVIX_VICTIM_FOLDER";
+constexpr DWORD kKilled = 77;
+
+std::string Variable(const char *name)
+{
+    char value[MAX_PATH] = "";
+    GetEnvironmentVariableA(name, value, sizeof value);
+    return value;
+}
+
+// Copies and stops dead at one of the calls: a process for the test below.
+TEST(WholeCopy, DISABLED_Victim)
+{
+    const std::string folder = Variable(kVictimFolder);
+    const int last = atoi(Variable(kVictimCall).c_str());
+    int calls = 0;
+    bool reboot = false;
+    const CCallWatch watch([&] {
+        if (++calls == last) {
+            TerminateProcess(GetCurrentProcess(), kKilled);
+        }
+    });
+    CopyFileCore(folder + "\\source", folder + "\\target", false, reboot);
+}
+
 // Reads a file that others hold open for any purpose, as long as they share it. By its wide name: the narrow calls keep
 // theirs in one buffer of the thread, which is in use at the call that is looked into.
 std::string ReadShared(const std::wstring &path)
@@ -23,7 +49,50 @@ std::string ReadShared(const std::wstring &path)
     return text;
 }
 
-// What a kill at a call of the system leaves is what stands on the disk in front of that call.
+DWORD RunVictim(int call, const std::string &folder)
+{
+    char program[MAX_PATH] = "";
+    GetModuleFileNameA(nullptr, program, sizeof program);
+    std::string line =
+        std::string(program) + " --gtest_also_run_disabled_tests --gtest_filter=WholeCopy.DISABLED_Victim";
+    SetEnvironmentVariableA(kVictimCall, std::to_string(call).c_str());
+    SetEnvironmentVariableA(kVictimFolder, folder.c_str());
+    STARTUPINFOA startup = {};
+    startup.cb = sizeof startup;
+    PROCESS_INFORMATION process = {};
+    DWORD code = 1;
+    if (CreateProcessA(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &process)) {
+        WaitForSingleObject(process.hProcess, INFINITE);
+        GetExitCodeProcess(process.hProcess, &code);
+        CloseHandle(process.hThread);
+        CloseHandle(process.hProcess);
+    }
+    return code;
+}
+
+TEST(WholeCopy, AKillAtAnyCallLeavesTheOldFileOrTheNewOneAndTheNextCopyTidiesUp)
+{
+    const CScratchFolder folder;
+    const std::string content(100000, 'n');
+    folder.Write("source", content);
+    const std::string target = folder.Path("target");
+    DWORD code = kKilled;
+    int call = 0;
+    int old = 0;
+    for (; code == kKilled && call < 300; ++call) {
+        folder.Write("target", "old");
+        code = RunVictim(call + 1, folder.Path("."));
+        const std::string found = ReadText(target);
+        ASSERT_TRUE(found == "old" || found == content) << "call " << call << ": " << found.size() << " bytes";
+        old += found == "old" ? 1 : 0;
+    }
+    EXPECT_EQ(code, 0u);
+    EXPECT_GT(old, 10);
+    EXPECT_GT(call - old, 1); // the copy was whole before its last call
+    EXPECT_EQ(Tree(folder.Path(".")), (std::vector<std::string>{"source", "target"}));
+}
+
+// The same without a process for each: a look at the disk before each call.
 TEST(WholeCopy, TheTargetIsWholeBeforeEveryCall)
 {
     const RegistrySnapshot pending(HKEY_LOCAL_MACHINE, "SYSTEM\\CurrentControlSet\\Control\\Session Manager");
