@@ -232,6 +232,7 @@ TEST(Trace, RecordsTellTimeAndProcess)
                   record.mMessage.size();
     }
     EXPECT_LE(last, end);
+    EXPECT_NE(last.substr(0, 8), run.mTrace.front().mTime.substr(0, 8)); // the seconds go on
     EXPECT_EQ(run.mTraceText.size(), length) << run.mTraceText; // nothing else, and every record has its line end
     EXPECT_TRUE(HasInOrder(run, {header, "before", "behind", "Resultcode=0"}));
 }
