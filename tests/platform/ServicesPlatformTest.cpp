@@ -12,7 +12,6 @@
 #include "Common/DriverNames.h"
 #include "Common/Handles.h"
 #include "Common/TextConversions.h"
-#include "Devices/Companion.h"
 #include "EntryDetour.h"
 #include "ScratchFolder.h"
 #include "Services/ExecuteFile.h"
@@ -78,20 +77,6 @@ TEST(ProgramsPlatform, ArePausedBehindAndNotWhenTheShellRefuses)
     SetLastError(77);
     EXPECT_TRUE(ExecuteFile(program, "", 0, true, false, false)); // nothing to wait for
     EXPECT_EQ(trace.Take().at(1), ", Ran Yes 77");
-}
-
-// The file's name says what the shell answers.
-BOOL WINAPI AnsweringShell(SHELLEXECUTEINFOA *info)
-{
-    EXPECT_TRUE(info->cbSize == 60 && info->fMask == 0x140 && info->nShow == 1 && info->lpVerb == nullptr);
-    return std::string(info->lpFile) == "no handle.exe";
-}
-
-TEST(Companion, ProgramThatCannotBeStartedCountsAsHavingWorkedAndOneWithoutAHandleDoesNot)
-{
-    const CEntryDetour shell("shell32.dll", "ShellExecuteExA", AnsweringShell);
-    EXPECT_TRUE(CallDevInstall("not started.exe", "A", "B") && CallDevRemove("not started.exe", "A"));
-    EXPECT_EQ(RunCompanion("no handle.exe", "Rescan"), 50u);
 }
 
 } // namespace
