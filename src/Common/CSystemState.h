@@ -25,6 +25,14 @@ constexpr bool IsOSTypeWin8(int32_t type)
     return type == kOSTypeWin8 || type == kOSTypeWin81;
 }
 
+// Vista and the successors that are known: Ink is part of the system there, a process can ask for more rights, and the
+// Control Panel reads tasks files.
+constexpr bool IsVistaOrLaterPlatform(int32_t type)
+{
+    return type == kOSTypeVista || type == kOSTypeWin7 || type == kOSTypeWin7HomeBasic || type == kOSTypeWin7Starter ||
+           IsOSTypeWin8(type);
+}
+
 class CSystemState {
 public:
     // The OS type of the process; -1, with an assertion, while it has not been determined.

@@ -2,6 +2,7 @@
 // over the command line, and a value that equals its default decides nothing.
 #include "Installer/Preflight.h"
 
+#include "Common/CSystemState.h"
 #include "Common/Trace.h"
 #include "Installer/PreflightRules.h"
 #include "Script/PackageKind.h"

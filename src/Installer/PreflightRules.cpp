@@ -18,18 +18,3 @@ bool IsSupportedPlatform(int32_t osType)
 {
     return IsOSTypeXP(osType) || IsVistaOrLaterPlatform(osType);
 }
-
-bool IsVistaOrLaterPlatform(int32_t osType)
-{
-    switch (osType) {
-    case kOSTypeVista:
-    case kOSTypeWin7:
-    case kOSTypeWin7HomeBasic:
-    case kOSTypeWin7Starter:
-    case kOSTypeWin8:
-    case kOSTypeWin81:
-        return true;
-    default:
-        return false;
-    }
-}

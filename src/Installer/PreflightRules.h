@@ -9,6 +9,3 @@ uint32_t DriverKindFrom(uint32_t isd, uint32_t visd, uint32_t touch);
 
 // Whether the OS type is one that the package is made for.
 bool IsSupportedPlatform(int32_t osType);
-
-// Windows Vista and its successors: Ink is part of the system there, and a process can ask for more rights.
-bool IsVistaOrLaterPlatform(int32_t osType);

@@ -148,21 +148,6 @@ std::string CategoryList(const CplData &cpl)
     return list;
 }
 
-bool KnowsTasksFiles(int32_t osType)
-{
-    switch (osType) {
-    case kOSTypeVista:
-    case kOSTypeWin7:
-    case kOSTypeWin7HomeBasic:
-    case kOSTypeWin7Starter:
-    case kOSTypeWin8:
-    case kOSTypeWin81:
-        return true;
-    default:
-        return false;
-    }
-}
-
 } // namespace
 
 int ProcessTaskData(CplData &cpl_I_O, xmlDoc *doc, const std::string &dllFile, bool isMaker, IDescriptionTexts &texts)
@@ -213,7 +198,7 @@ std::vector<CplValue> ControlPanelValues(const CplData &cpl, const std::string &
         {kRootClasses, classKey, "System.ControlPanel.Category", kRegSz, CategoryList(cpl)},
     };
     values.insert(values.end(), std::begin(classValues), std::end(classValues));
-    if (KnowsTasksFiles(osType)) {
+    if (IsVistaOrLaterPlatform(osType)) {
         values.push_back({kRootClasses, classKey, kTasksFileValue, kRegExpandSz, tasksFile});
     }
     values.push_back({kRootClasses, classKey + "\\DefaultIcon", "@", kRegExpandSz, cpl.mLocation + ",-101"});
